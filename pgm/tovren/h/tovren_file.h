@@ -1,0 +1,34 @@
+// Writing a file in one step.
+#ifndef TOVREN_FILE_H
+#define TOVREN_FILE_H
+
+#include <span>
+#include <string>
+
+// Writes beside the target and renames over it on commit(), so that the target is always a whole old or a whole new
+// file, also after a kill or on a full disk. A link is followed first; the old file's permissions are kept. A target
+// that is no regular file (a pipe, a terminal) is written to directly. Without a commit nothing stays behind.
+class TOVREN_FILE_WRITER {
+public:
+    explicit TOVREN_FILE_WRITER(const std::string& path);
+    ~TOVREN_FILE_WRITER();
+    TOVREN_FILE_WRITER(const TOVREN_FILE_WRITER&) = delete;
+    TOVREN_FILE_WRITER& operator=(const TOVREN_FILE_WRITER&) = delete;
+
+    void write(std::span<const unsigned char> bytes);
+
+    // Flushes to the disk and puts the file in place. False when this or anything before it failed: then the target is
+    // as it was.
+    bool commit();
+
+private:
+    void open_beside(const std::string& path);
+    void close();
+
+    std::string m_target;
+    std::string m_temporary; // empty: written to directly
+    int m_descriptor = -1;
+    bool m_failed = false;
+};
+
+#endif

@@ -1,0 +1,94 @@
+// Writing a file in one step: temporary file beside the target, flush, rename, flush of the folder.
+#include "tovren_file.h"
+
+#include <cerrno>
+#include <cstdlib>
+#include <fcntl.h>
+#include <memory>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+// The file that `path` leads to: itself, unless it is a link.
+std::string follow_links(const std::string& path) {
+    const std::unique_ptr<char, decltype(&std::free)> resolved(realpath(path.c_str(), nullptr), &std::free);
+    return resolved ? std::string(resolved.get()) : path;
+}
+
+// What a newly created file may do; the process's mask is only told while it is set.
+mode_t default_mode() {
+    const mode_t mask = umask(0);
+    umask(mask);
+    return 0666 & ~mask;
+}
+
+std::string folder_of(const std::string& path) {
+    const size_t slash = path.rfind('/');
+    return slash == std::string::npos ? "./" : path.substr(0, slash + 1);
+}
+
+// A rename is on disk once its folder is. A folder that may not be opened for reading is left to the system.
+void flush_folder(const std::string& folder) {
+    const int descriptor = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (descriptor < 0)
+        return;
+    fsync(descriptor);
+    ::close(descriptor);
+}
+
+} // namespace
+
+TOVREN_FILE_WRITER::TOVREN_FILE_WRITER(const std::string& path) : m_target(follow_links(path)) {
+    struct stat status = {};
+    const bool exists = stat(m_target.c_str(), &status) == 0;
+    if (exists && !S_ISREG(status.st_mode))
+        m_descriptor = open(m_target.c_str(), O_WRONLY | O_CLOEXEC);
+    else if (!exists || access(m_target.c_str(), W_OK) == 0) // a rename would not ask a read-only file
+        open_beside(m_target);
+    if (!m_temporary.empty() && m_descriptor >= 0)
+        m_failed = fchmod(m_descriptor, exists ? status.st_mode & 07777 : default_mode()) != 0;
+    m_failed = m_failed || m_descriptor < 0;
+}
+
+void TOVREN_FILE_WRITER::open_beside(const std::string& path) {
+    m_temporary = folder_of(path) + ".tovren.XXXXXX"; // short, whatever the target's name
+    m_descriptor = mkostemp(m_temporary.data(), O_CLOEXEC);
+}
+
+TOVREN_FILE_WRITER::~TOVREN_FILE_WRITER() {
+    const bool is_open = m_descriptor >= 0;
+    close();
+    if (is_open && !m_temporary.empty())
+        unlink(m_temporary.c_str());
+}
+
+void TOVREN_FILE_WRITER::write(std::span<const unsigned char> bytes) {
+    while (!m_failed && !bytes.empty()) {
+        const ssize_t written = ::write(m_descriptor, bytes.data(), bytes.size());
+        if (written >= 0)
+            bytes = bytes.subspan(static_cast<size_t>(written));
+        else if (errno != EINTR)
+            m_failed = true;
+    }
+}
+
+bool TOVREN_FILE_WRITER::commit() {
+    if (m_failed)
+        return false;
+    if (m_temporary.empty()) {
+        close();
+        return !m_failed;
+    }
+    if (fsync(m_descriptor) != 0 || rename(m_temporary.c_str(), m_target.c_str()) != 0)
+        return false;
+    close();
+    flush_folder(folder_of(m_target));
+    return true;
+}
+
+void TOVREN_FILE_WRITER::close() {
+    if (m_descriptor >= 0 && ::close(m_descriptor) != 0)
+        m_failed = true;
+    m_descriptor = -1;
+}

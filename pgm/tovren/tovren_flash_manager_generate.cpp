@@ -1,0 +1,188 @@
+// Flash manager: writing the database from its CSV description (docs/formats/flash_csv.md).
+//
+// Two passes over the description: the first checks the header rows and adds up the exact size of the file image, the
+// second encodes. What the first does not look into is refused by the writers of the second.
+#include "host_pgm_common.h"
+#include "host_text.h"
+#include "tovren_check.h"
+#include "tovren_db_stream.h"
+#include "tovren_flash_manager.h"
+
+#include <fstream>
+#include <limits>
+
+namespace {
+
+constexpr unsigned int TYPE_ROW = 0;
+constexpr unsigned int NAME_ROW = 1;
+constexpr unsigned int FIRST_DATA_ROW = 8;
+
+// Rows 2, 3 and 7 may have any number of cells, 4 to 6 may not.
+constexpr bool is_free_row(unsigned int row) {
+    return row == 2 || row == 3 || row == 7;
+}
+
+// The lines of a description that count, split into cells.
+class CSV_READER {
+public:
+    explicit CSV_READER(const FIO_PATH& csv) : m_input(csv.fullpath()), m_is_good(m_input.good()) {}
+
+    bool is_good() const { return m_is_good; }
+
+    bool next(std::vector<std::string>& cells) {
+        while (std::getline(m_input, m_line)) {
+            gen_remove_leading_and_trailing_white_spaces(m_line);
+            if (m_line.empty())
+                continue;
+            gen_tokenize(m_line, " \t\n,", cells);
+            return true;
+        }
+        return false;
+    }
+
+private:
+    std::ifstream m_input;
+    bool m_is_good;
+    std::string m_line;
+};
+
+void check_type_word(const std::vector<std::string>& svec, size_t i, TOVREN_MANAGER_TYPE type) {
+    switch (type) {
+    case TOVREN_MANAGER_STRING:
+        return TOVREN_CHECK(svec.at(i) == "STL_STRING");
+    case TOVREN_MANAGER_BOOL:
+        return TOVREN_CHECK(svec.at(i) == "bool");
+    case TOVREN_MANAGER_BYTE:
+        return TOVREN_CHECK(svec.at(i) == "BYTE");
+    case TOVREN_MANAGER_WORD:
+        return TOVREN_CHECK(svec.at(i) == "WORD");
+    case TOVREN_MANAGER_DWORD:
+        return TOVREN_CHECK(svec.at(i) == "DWORD");
+    default:
+        TOVREN_FAIL("Unsupported type");
+    }
+}
+
+void check_type_row(const std::vector<std::string>& svec, const std::vector<TOVREN_MANAGER_TYPE>& types) {
+    TOVREN_CHECK(svec.size() == TOTAL_DATABASE_MEMBER);
+    for (size_t i = 0; i < svec.size(); ++i)
+        check_type_word(svec, i, types[i]);
+}
+
+void check_name_row(const std::vector<std::string>& svec, const std::vector<std::string>& m_name_list) {
+    TOVREN_CHECK(svec.size() == TOTAL_DATABASE_MEMBER);
+    for (size_t i = 0; i < svec.size(); ++i) {
+        std::string temp = svec[i];
+        stl_tolower(temp);
+        TOVREN_CHECK(temp == m_name_list[i]);
+    }
+}
+
+// Encoded bytes of a value behind its tag, a text's characters aside.
+constexpr unsigned int value_size(TOVREN_MANAGER_TYPE type) {
+    return type == TOVREN_MANAGER_DWORD ? 4 : type == TOVREN_MANAGER_WORD ? 2 : 1;
+}
+
+// Encoded bytes of a record, end marker included.
+size_t record_size(const std::vector<std::string>& svec, const std::vector<TOVREN_MANAGER_TYPE>& types) {
+    size_t size = DB_MARKER_SIZE;
+    for (size_t i = 0; i < types.size(); ++i)
+        size += 1 + value_size(types[i]) + (types[i] == TOVREN_MANAGER_STRING ? svec[i].size() : 0);
+    return size;
+}
+
+} // namespace
+
+unsigned int TOVREN_FLASH_MANAGER::check_flash_file(FIO_PATH csv, unsigned int& device_count) {
+    device_count = 0;
+    size_t size = DB_PAYLOAD_HEADER_SIZE + DB_MARKER_SIZE;
+    CSV_READER input(csv);
+    const bool status = input.is_good();
+
+    std::vector<std::string> svec;
+    for (unsigned int row = 0; input.next(svec); ++row) {
+        if (!is_free_row(row))
+            TOVREN_CHECK(DWORD(svec.size()) == TOTAL_DATABASE_MEMBER);
+        if (row == TYPE_ROW)
+            check_type_row(svec, m_type_list);
+        else if (row == NAME_ROW)
+            check_name_row(svec, m_name_list);
+        else if (row >= FIRST_DATA_ROW) {
+            size += record_size(svec, m_type_list);
+            ++device_count;
+        }
+    }
+    TOVREN_CHECK(status && device_count > 0);
+    TOVREN_CHECK_TEXT(size + DB_HEADER_SIZE <= std::numeric_limits<unsigned int>::max(), "pure_memory_size > 0");
+    return static_cast<unsigned int>(size);
+}
+
+void TOVREN_FLASH_MANAGER::generate_flash_database(FIO_PATH csv, FIO_PATH output) {
+    unsigned int device_count = 0;
+    const unsigned int pure_memory_size = check_flash_file(csv, device_count);
+    TOVREN_CHECK(pure_memory_size > 0);
+    const unsigned int memory_size = DB_HEADER_SIZE + pure_memory_size;
+    const auto memory = std::make_unique<unsigned char[]>(memory_size);
+    unsigned char* buffer = memory.get();
+
+    unsigned int index = 0;
+    TOVREN_CHECK(TOVREN_FLASH_INFO_CSV_MD5.size() == 32);
+    db_put_headers(TOVREN_FLASH_DB_FORMAT, &buffer, index, pure_memory_size, device_count, TOTAL_DATABASE_MEMBER);
+
+    CSV_READER input(csv);
+    const bool status = input.is_good();
+    TOVREN_CHECK(status);
+    std::vector<std::string> svec;
+    for (unsigned int row = 0; input.next(svec); ++row) {
+        if (row < FIRST_DATA_ROW)
+            continue;
+        // The file may have grown since it was checked.
+        TOVREN_CHECK(svec.size() == TOTAL_DATABASE_MEMBER);
+        TOVREN_CHECK_TEXT(index + record_size(svec, m_type_list) + DB_MARKER_SIZE <= memory_size,
+                          "index == memory_size");
+        dump_to_database(&buffer, index, svec);
+        db_put_record_end(&buffer, index);
+    }
+    db_put_database_end(&buffer, index);
+    TOVREN_CHECK(index == memory_size);
+    db_write_file(output, buffer, memory_size);
+}
+
+void TOVREN_FLASH_MANAGER::dump_to_database(unsigned char** buffer, unsigned int& index,
+                                            std::vector<std::string> svec) {
+    TOVREN_CHECK(svec.size() == TOTAL_DATABASE_MEMBER);
+    for (size_t i = 0; i < svec.size(); ++i) {
+        const TOVREN_MANAGER_TYPE type = m_type_list[i];
+        if (type == TOVREN_MANAGER_STRING)
+            dump_string_to_database(buffer, index, std::move(svec[i]));
+        else if (type == TOVREN_MANAGER_BOOL)
+            dump_bool_to_database(buffer, index, std::move(svec[i]));
+        else
+            dump_value_to_database(buffer, index, std::move(svec[i]), value_size(type));
+    }
+}
+
+void TOVREN_FLASH_MANAGER::dump_dword_database(unsigned char** buffer, unsigned int& index, unsigned int value) {
+    db_put_dword(buffer, index, value);
+}
+
+void TOVREN_FLASH_MANAGER::dump_string_to_database(unsigned char** buffer, unsigned int& index, std::string string) {
+    TOVREN_CHECK(string.size() > 0);
+    db_put_string(buffer, index, TOVREN_MANAGER_STRING, string);
+}
+
+void TOVREN_FLASH_MANAGER::dump_bool_to_database(unsigned char** buffer, unsigned int& index, std::string string) {
+    TOVREN_CHECK(string == "FALSE" || string == "TRUE");
+    db_put_bool(buffer, index, string == "TRUE");
+}
+
+void TOVREN_FLASH_MANAGER::dump_value_to_database(unsigned char** buffer, unsigned int& index, std::string string,
+                                                  unsigned int count) {
+    TOVREN_CHECK(string.size() > 0);
+    TOVREN_CHECK(count == 1 || count == 2 || count == 4);
+    db_put_value(buffer, index, get_dword_from_string(std::move(string), nullptr), count);
+}
+
+unsigned int TOVREN_FLASH_MANAGER::get_dword_from_string(std::string string, bool* ok) {
+    return PGM_COMMON::convert_string_to_dword(string, true, ok, nullptr, true);
+}

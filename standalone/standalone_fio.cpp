@@ -1,0 +1,62 @@
+// Files through the operating system, and where the program's data are.
+#include "host_fio.h"
+#include "tovren_standalone_host.h"
+
+#include <climits>
+#include <cstdlib>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+std::string& device_db_root() {
+    static std::string folder;
+    return folder;
+}
+
+bool is_folder(const std::string& path) {
+    struct stat status = {};
+    return stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
+// The folder above the one that holds the running program: <prefix>/bin/tovren gives <prefix>.
+std::string program_prefix() {
+    char path[PATH_MAX];
+    const ssize_t length = readlink("/proc/self/exe", path, sizeof path);
+    std::string prefix(path, length > 0 ? static_cast<size_t>(length) : 0);
+    for (int level = 0; level < 2; ++level)
+        prefix.erase(prefix.rfind('/') == std::string::npos ? 0 : prefix.rfind('/'));
+    return prefix;
+}
+
+// share/tovren of the program's own prefix, so that a build tree and a moved installation find their data.
+std::string share_folder() {
+    const std::string beside = program_prefix() + "/share/tovren";
+    return is_folder(beside) ? beside : TOVREN_INSTALLED_SHARE_DIR;
+}
+
+} // namespace
+
+bool FIO_FILE_SYSTEM::exists(const char* path) {
+    return access(path, F_OK) == 0;
+}
+
+bool FIO_FILE_SYSTEM::status(const char* path, FIO_STATUS* status) {
+    struct stat system_status = {};
+    if (stat(path, &system_status) != 0 || !S_ISREG(system_status.st_mode))
+        return false;
+    status->size = static_cast<unsigned long long>(system_status.st_size);
+    return true;
+}
+
+std::string gen_get_device_db_fullpath() {
+    if (!device_db_root().empty())
+        return device_db_root();
+    if (const char* folder = std::getenv("TOVREN_DB_ROOT"); folder && *folder != '\0')
+        return folder;
+    return share_folder() + "/db";
+}
+
+void TOVREN_STANDALONE_HOST::set_device_db_root(const std::string& folder) {
+    device_db_root() = folder;
+}
