@@ -138,7 +138,7 @@ public:
                                  unsigned int& new_memory_count);
 
     // A new array (the caller's, array delete) of `original_count` bytes, decompressed from `data`.
-    unsigned char* decompress_data(const unsigned char* data, unsigned int compressed_count,
+    unsigned char* decompress_data(const unsigned char* data, unsigned int decompressed_count,
                                    unsigned int original_count);
 
     // 0 for every input: files carry a check field of two zero bytes that nothing compares.

@@ -356,9 +356,9 @@ unsigned char* TOVREN_FLASH_MANAGER::compress_data(const unsigned char* data, un
     return db_compress(data, offset, count, new_memory_count).release();
 }
 
-unsigned char* TOVREN_FLASH_MANAGER::decompress_data(const unsigned char* data, unsigned int compressed_count,
+unsigned char* TOVREN_FLASH_MANAGER::decompress_data(const unsigned char* data, unsigned int decompressed_count,
                                                      unsigned int original_count) {
-    return db_decompress(data, compressed_count, original_count).release();
+    return db_decompress(data, decompressed_count, original_count).release();
 }
 
 unsigned int TOVREN_FLASH_MANAGER::calculate_crc16(const unsigned char* data, unsigned int length) {

@@ -59,7 +59,7 @@ void db_write_file(const FIO_PATH& output, const unsigned char* image, unsigned 
 
 std::unique_ptr<unsigned char[]> db_compress(const unsigned char* data, unsigned int offset, unsigned int count,
                                              unsigned int& new_memory_count);
-std::unique_ptr<unsigned char[]> db_decompress(const unsigned char* data, unsigned int compressed_count,
+std::unique_ptr<unsigned char[]> db_decompress(const unsigned char* data, unsigned int decompressed_count,
                                                unsigned int original_count);
 unsigned int db_calculate_crc16(const unsigned char* data, unsigned int length);
 
