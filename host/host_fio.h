@@ -35,4 +35,7 @@ public:
 // The folder that holds the device databases (`programmer/pgm_flash.pcf` and others), without a closing slash.
 std::string gen_get_device_db_fullpath();
 
+// The folder of the running module, where it keeps files of its own (`pgm_flash.ini`), without a closing slash.
+std::string gen_get_module_path();
+
 #endif

@@ -21,4 +21,9 @@ void stl_tolower(std::string& text); // in place
 // token between two commas, before a leading and after a trailing one. A text of nothing but white space has no tokens.
 void gen_tokenize(const std::string& text, const char* separators, std::vector<std::string>& tokens);
 
+// Reads digits of the radix (2 to 36; letters of either case) from the start of `text`: no white space, no sign, no
+// prefix. Digits past 64 bits give 0xFFFFFFFFFFFFFFFF; no digit gives 0. `end`, unless null, receives the first place
+// behind the digits.
+unsigned long long gen_local_strtoQWORD(const char* text, const char** end, int radix);
+
 #endif

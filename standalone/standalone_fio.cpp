@@ -1,4 +1,5 @@
 // Files through the operating system, and where the program's data are.
+#include "host_cfg.h"
 #include "host_fio.h"
 #include "tovren_standalone_host.h"
 
@@ -59,4 +60,38 @@ std::string gen_get_device_db_fullpath() {
 
 void TOVREN_STANDALONE_HOST::set_device_db_root(const std::string& folder) {
     device_db_root() = folder;
+}
+
+// ---- the module's own folder ----
+
+namespace {
+
+constexpr char MODULE_PATH_NAME[] = "TOVREN_MODULE_PATH"; // of the variable and of the setting
+
+std::string& module_path() {
+    static std::string folder;
+    return folder;
+}
+
+std::string program_folder() {
+    char path[PATH_MAX];
+    const ssize_t length = readlink("/proc/self/exe", path, sizeof path);
+    const std::string program(path, length > 0 ? static_cast<size_t>(length) : 0);
+    const size_t slash = program.rfind('/');
+    return slash == std::string::npos ? "." : program.substr(0, slash);
+}
+
+} // namespace
+
+std::string gen_get_module_path() {
+    if (!module_path().empty())
+        return module_path();
+    if (const char* folder = std::getenv(MODULE_PATH_NAME); folder && *folder != '\0')
+        return folder;
+    const std::string setting = cfg_get_value(MODULE_PATH_NAME);
+    return setting.empty() ? program_folder() : setting;
+}
+
+void TOVREN_STANDALONE_HOST::set_module_path(const std::string& folder) {
+    module_path() = folder;
 }

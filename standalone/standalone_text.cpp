@@ -2,7 +2,10 @@
 #include "host_text.h"
 
 #include <array>
+#include <charconv>
+#include <climits>
 #include <cstring>
+#include <system_error>
 
 namespace {
 
@@ -105,4 +108,12 @@ void gen_tokenize(const std::string& text, const char* separators, std::vector<s
         is_owed = is_hard;
         place += is_hard ? 1 : 0;
     }
+}
+
+unsigned long long gen_local_strtoQWORD(const char* text, const char** end, int radix) {
+    unsigned long long value = 0;
+    const auto [rest, error] = std::from_chars(text, text + std::strlen(text), value, radix);
+    if (end)
+        *end = rest;
+    return error == std::errc::result_out_of_range ? ULLONG_MAX : value;
 }

@@ -51,6 +51,10 @@ public:
     // program's bin folder where there is one, else that of the installation. An empty text brings the default back.
     static void set_device_db_root(const std::string& folder);
 
+    // The folder that holds pgm_flash.ini. Default: $TOVREN_MODULE_PATH, else the setting TOVREN_MODULE_PATH, else the
+    // folder of the running program. An empty text brings the default back.
+    static void set_module_path(const std::string& folder);
+
     // ---- memory tracker ----
 
     // The names of the libraries that are registered now, in order of registration.
