@@ -1,0 +1,9 @@
+// The command groups. Each describes its verbs on the command line.
+#ifndef TOOL_GROUPS_H
+#define TOOL_GROUPS_H
+
+class TOOL_COMMAND_LINE;
+
+void tool_add_flash_group(TOOL_COMMAND_LINE& line);
+
+#endif

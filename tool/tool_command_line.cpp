@@ -1,0 +1,177 @@
+// The command line, parsed.
+#include "tool_command_line.h"
+
+#include "tool_error.h"
+#include "tool_text.h"
+
+#include <algorithm>
+#include <CLI/CLI.hpp>
+#include <iostream>
+
+namespace {
+
+constexpr char FOOTER[] = R"(
+Results go to standard output, everything else to standard error.
+Exit codes: 0 done; 1 asked and not found; 2 wrong usage; 3 a file refused;
+            70 an internal error.
+Environment: TOVREN_DB_ROOT, TOVREN_SETTINGS, NO_COLOR.
+`tovren GROUP --help` lists a group's verbs, `tovren GROUP VERB --help` one
+verb's arguments. The options above are taken behind the verb too.)";
+
+constexpr char VERB_FOOTER[] = "\nOptions for all verbs: see `tovren --help`.";
+
+// "flash show ": as far as the parse came.
+std::string command_of(const CLI::App& app) {
+    std::string command;
+    for (const CLI::App* chosen = &app; !chosen->get_subcommands().empty();) {
+        chosen = chosen->get_subcommands().front();
+        command += chosen->get_name() + ' ';
+    }
+    return command;
+}
+
+TOOL_ERROR usage_error(const CLI::App& app, const std::string& message, const std::string& detail = "") {
+    std::string command = command_of(app);
+    std::vector<std::string> details = {"Try `tovren " + command + "--help`."};
+    if (!detail.empty())
+        details.insert(details.begin(), detail);
+    if (!command.empty())
+        command.back() = ':';
+    return {TOOL_EXIT_USAGE, command + (command.empty() ? "" : " ") + message, std::move(details)};
+}
+
+const CLI::App& innermost(const CLI::App& app) {
+    return app.get_subcommands().empty() ? app : innermost(*app.get_subcommands().front());
+}
+
+std::vector<std::string> child_names(const CLI::App& app) {
+    std::vector<std::string> names;
+    for (const CLI::App* child : app.get_subcommands({}))
+        names.push_back(child->get_name());
+    return names;
+}
+
+// The first argument that nothing took, a word rather than an option where there is one.
+std::string unexpected(const CLI::App& app, bool is_word_wanted) {
+    const std::vector<std::string> rest = app.remaining(true);
+    const auto word = std::find_if(rest.begin(), rest.end(), [](const std::string& text) { return text[0] != '-'; });
+    if (is_word_wanted)
+        return word == rest.end() ? "" : *word;
+    return rest.empty() ? "" : rest.front();
+}
+
+// A group or a verb is missing or is none.
+TOOL_ERROR wrong_choice(const CLI::App& app, const CLI::App& chosen) {
+    const std::string kind = &chosen == &app ? "group" : "verb";
+    const std::vector<std::string> known = child_names(chosen);
+    const std::string word = unexpected(app, true);
+    const std::string fault = word.empty() ? "a " + kind + " is missing" : tool_quoted(word) + " is no " + kind;
+    return usage_error(app, fault + " (there are: " + tool_join(known, ", ") + ')',
+                       word.empty() ? "" : tool_did_you_mean(tool_nearest_names(word, known)));
+}
+
+TOOL_ERROR wrong_usage(const CLI::App& app, const CLI::ParseError& error) {
+    const CLI::App& chosen = innermost(app);
+    const bool is_extra = error.get_exit_code() == static_cast<int>(CLI::ExitCodes::ExtrasError);
+    const bool is_missing = error.get_exit_code() == static_cast<int>(CLI::ExitCodes::RequiredError);
+    const std::string rest = unexpected(app, false);
+    if (is_missing && !child_names(chosen).empty() && (rest.empty() || !unexpected(app, true).empty()))
+        return wrong_choice(app, chosen);
+    if (rest.empty() || !(is_extra || is_missing))
+        return usage_error(app, tool_printable(error.what()));
+    return usage_error(app, (rest[0] == '-' ? "there is no option " : "one argument too many: ") + tool_quoted(rest));
+}
+
+CLI::Option* add_text(CLI::App& app, const std::string& name, std::optional<std::string>& value, const char* help) {
+    return app.add_option_function<std::string>(
+        name, [&value](const std::string& text) { value = text; }, help);
+}
+
+} // namespace
+
+TOOL_COMMAND_LINE::TOOL_COMMAND_LINE(const char* version)
+    : m_app(std::make_unique<CLI::App>("Knowledge of programmable logic devices and their serial flashes", "tovren")) {
+    m_app->set_version_flag("--version", std::string("tovren ") + version, "Print the version and exit");
+    m_app->set_help_flag("-h,--help", "Print this help and exit");
+    m_app->require_subcommand(1);
+    m_app->footer(FOOTER);
+    add_globals();
+}
+
+TOOL_COMMAND_LINE::~TOOL_COMMAND_LINE() = default;
+
+void TOOL_COMMAND_LINE::add_globals() {
+    add_text(*m_app, "--db-root", m_globals.db_root, "Folder of the databases")->type_name("DIR");
+    add_text(*m_app, "--settings", m_globals.settings, "Read settings from FILE")->type_name("FILE");
+    m_app->add_option("--set", m_globals.set, "Override one setting; may be repeated")
+        ->type_name("NAME=VALUE")
+        ->type_size(1)
+        ->allow_extra_args(false);
+    m_app->add_flag("--json", m_globals.is_json, "Print one JSON document");
+    add_text(*m_app, "--debug", m_globals.debug, "Print debug messages up to LEVEL, 0 to 3")->type_name("LEVEL");
+}
+
+TOOL_GROUP TOOL_COMMAND_LINE::add_group(const char* name, const char* help) {
+    CLI::App* group = m_app->add_subcommand(name, help);
+    group->require_subcommand(1)->fallthrough();
+    group->footer(VERB_FOOTER);
+    return {*this, group};
+}
+
+TOOL_VERB TOOL_GROUP::add_verb(const char* name, const char* help, TOOL_ACTION action) {
+    CLI::App* verb = m_app->add_subcommand(name, help);
+    verb->fallthrough();
+    verb->footer(VERB_FOOTER);
+    m_line.m_actions.push_back({verb, std::move(action)});
+    return TOOL_VERB(verb);
+}
+
+const TOOL_ACTION* TOOL_COMMAND_LINE::parse(int argc, char** argv) {
+    if (argc < 2) {
+        std::cerr << m_app->help();
+        throw TOOL_ERROR(TOOL_EXIT_USAGE, "");
+    }
+    try {
+        m_app->parse(argc, argv);
+    } catch (const CLI::Success& asked) {
+        m_app->exit(asked, std::cout, std::cerr);
+        return nullptr;
+    } catch (const CLI::ParseError& error) {
+        throw wrong_usage(*m_app, error);
+    }
+    const CLI::App* verb = &innermost(*m_app);
+    const auto place = std::find_if(m_actions.begin(), m_actions.end(),
+                                    [verb](const VERB_ACTION& action) { return action.verb == verb; });
+    return &place->action;
+}
+
+TOOL_VERB& TOOL_VERB::argument(const char* name, std::string& value, const char* help) {
+    m_app->add_option(name, value, help)->required()->type_name("");
+    return *this;
+}
+
+TOOL_VERB& TOOL_VERB::argument(const char* name, std::optional<std::string>& value, const char* help) {
+    add_text(*m_app, name, value, help)->type_name("");
+    return *this;
+}
+
+TOOL_VERB& TOOL_VERB::arguments(const char* name, std::vector<std::string>& values, const char* help) {
+    m_app->add_option(name, values, help)->required()->type_name("");
+    return *this;
+}
+
+TOOL_VERB& TOOL_VERB::option(const char* name, const char* placeholder, std::optional<std::string>& value,
+                             const char* help) {
+    add_text(*m_app, name, value, help)->type_name(placeholder);
+    return *this;
+}
+
+TOOL_VERB& TOOL_VERB::flag(const char* name, bool& value, const char* help) {
+    m_app->add_flag(name, value, help);
+    return *this;
+}
+
+TOOL_VERB& TOOL_VERB::footer(const char* text) {
+    m_app->footer(std::string(text) + VERB_FOOTER);
+    return *this;
+}

@@ -1,0 +1,29 @@
+// Refusals of files.
+#include "tool_file.h"
+
+#include "tool_text.h"
+
+#include <cerrno>
+#include <cstring>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <utility>
+
+TOOL_ERROR tool_refusal(const std::string& condition, const TOOL_ADVICE& advice) {
+    std::vector<std::string> lines = advice.details;
+    lines.push_back("condition: " + condition);
+    for (const std::string& step : advice.next)
+        lines.push_back((&step == &advice.next.front() ? "next: " : "      ") + step);
+    return {TOOL_EXIT_REFUSED, advice.fault, std::move(lines)};
+}
+
+std::string tool_reading_fault(const std::string& file) {
+    struct stat status = {};
+    if (stat(file.c_str(), &status) != 0)
+        return errno == ENOENT ? "there is no such file" : std::string("it cannot be found: ") + strerror(errno);
+    if (S_ISDIR(status.st_mode))
+        return "it is a folder";
+    if (access(file.c_str(), R_OK) != 0)
+        return std::string("it cannot be read: ") + strerror(errno);
+    return "";
+}

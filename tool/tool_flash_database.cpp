@@ -1,0 +1,143 @@
+// Loading the flash database, and what to tell the person whose database is refused.
+#include "tool_flash_database.h"
+
+#include "host_cfg.h"
+#include "host_fio.h"
+#include "tool_file.h"
+#include "tool_text.h"
+
+#include <algorithm>
+#include <fstream>
+
+namespace {
+
+bool is_printing_records = false;
+
+std::string database_path() {
+    return gen_get_device_db_fullpath() + "/programmer/pgm_flash.pcf";
+}
+
+bool has(const std::string& text, const char* part) {
+    return text.find(part) != std::string::npos;
+}
+
+std::string with_path(const std::string& fault) {
+    return tool_printable(database_path()) + ": " + fault;
+}
+
+std::string generate_step() {
+    return "`tovren flash generate CSV " + tool_printable(database_path()) + '`';
+}
+
+TOOL_ADVICE to_generate(const std::string& fault) {
+    return {with_path(fault), {}, {"write it anew with " + generate_step()}};
+}
+
+TOOL_ADVICE for_missing_file() {
+    const std::string fault = tool_reading_fault(database_path());
+    return {with_path(fault.empty() ? "it is not a regular file" : fault),
+            {},
+            {"name the folder that holds programmer/pgm_flash.pcf with --db-root DIR,",
+             "or write the file with " + generate_step()}};
+}
+
+TOOL_ADVICE for_magic() {
+    std::string magic(8, '\0');
+    std::ifstream(database_path(), std::ios::binary).read(magic.data(), 8);
+    return to_generate(magic == "PGMIO_DM" ? "it is a device database, not a flash database"
+                                           : "it is no flash database: it does not begin with \"PGMIO_FM\"");
+}
+
+// How many of the shown records have the name of `record`, and how many of those are its default.
+struct NAME_USE {
+    unsigned int defaults = 0;
+    std::vector<std::string> hiding; // switches that hide a default of that name
+};
+
+NAME_USE use_of_name(const std::vector<TOVREN_SFL_FLASH_INFO>& records, const std::string& name) {
+    NAME_USE use;
+    for (const TOVREN_SFL_FLASH_INFO& record : records) {
+        if (!record.default_dev || !tool_equal_ignoring_case(record.device_name, name))
+            continue;
+        if (const std::string hidden_by = tool_switch_that_shows(record); hidden_by.empty())
+            ++use.defaults;
+        else
+            use.hiding.push_back(hidden_by);
+    }
+    return use;
+}
+
+TOOL_ADVICE for_name(const std::string& name, const NAME_USE& use) {
+    constexpr char CORRECT[] = "correct default_dev in the description and run `tovren flash generate` again";
+    if (use.defaults > 1)
+        return {with_path(tool_quoted(name) + " has " + std::to_string(use.defaults) +
+                          " default records; each name has one"),
+                {},
+                {"turn off the PGM_ALLOW_ setting that shows one of them,", std::string("or ") + CORRECT}};
+    if (use.hiding.empty())
+        return {with_path(tool_quoted(name) + " has no default record; each name has one"), {}, {CORRECT}};
+    return {with_path("the default record of " + tool_quoted(name) + " is hidden; each name has one"),
+            {},
+            {"show it with --set " + tool_printable(use.hiding.front()) + "=on,",
+             "or turn off the settings that show others of that name"}};
+}
+
+// Names the first flash that breaks the rule of one default for each name, and the switches that have to do with it.
+TOOL_ADVICE for_default() {
+    const auto records = tool_all_flashes();
+    for (const TOVREN_SFL_FLASH_INFO& record : records) {
+        if (!tool_switch_that_shows(record).empty())
+            continue;
+        if (const NAME_USE use = use_of_name(records, record.device_name); use.defaults != 1)
+            return for_name(record.device_name, use);
+    }
+    return to_generate("a flash name has no default record, or two; each name has one");
+}
+
+TOOL_ADVICE advice(const TOOL_REPORT& report) {
+    const std::string& condition = report.condition();
+    if (has(condition, "FIO_FILE_SYSTEM::exists"))
+        return for_missing_file();
+    if (condition == "input.good()")
+        return {with_path(tool_reading_fault(database_path())), {}, {"make it readable, or give another --db-root"}};
+    if (condition == "one_default" || condition == "!one_default")
+        return for_default();
+    if (has(condition, "data[index++] == 'P'"))
+        return for_magic();
+    if (condition == "Mismatch ID between flash file and reader")
+        return to_generate("it was generated for another build, whose description is not this build's");
+    if (condition == "Mismatch version between flash file and reader")
+        return to_generate("its format is of a version that this build does not read");
+    if (has(condition, "file_size > "))
+        return to_generate("it is too short for a database; it may have been cut");
+    return to_generate("it is damaged");
+}
+
+} // namespace
+
+void tool_set_printing_records(bool is_printing) {
+    is_printing_records = is_printing;
+}
+
+std::unique_ptr<TOVREN_FLASH_MANAGER> tool_load_flashes(unsigned int device_count) {
+    return tool_over_file(database_path(), advice, [device_count] {
+        return std::make_unique<TOVREN_FLASH_MANAGER>(false, device_count, false, is_printing_records);
+    });
+}
+
+std::vector<TOVREN_SFL_FLASH_INFO> tool_all_flashes() {
+    const std::string path = database_path();
+    return tool_over_file(path, advice, [&path] { return TOVREN_FLASH_MANAGER::get_all_flashes(path); });
+}
+
+std::string tool_switch_that_shows(const TOVREN_SFL_FLASH_INFO& record) {
+    const std::string name = "PGM_ALLOW_" + record.ini;
+    return tool_equal_ignoring_case(record.ini, "NONE") || cfg_is_on(name, false) ? "" : name;
+}
+
+std::vector<const TOVREN_SFL_FLASH_INFO*> tool_loaded_flashes(const TOVREN_FLASH_MANAGER& manager) {
+    std::vector<const TOVREN_SFL_FLASH_INFO*> records;
+    for (unsigned int i = 0; i < manager.get_flash_count(); ++i)
+        records.push_back(manager.get_flash(i));
+    return records;
+}

@@ -1,0 +1,94 @@
+// Identifications as a person types them.
+#include "tool_flash_id.h"
+
+#include "host_text.h"
+#include "tool_error.h"
+#include "tool_text.h"
+
+#include <algorithm>
+#include <iostream>
+
+namespace {
+
+constexpr size_t MOST_BYTES = 255;
+constexpr size_t LEAST_BYTES = 3;
+constexpr char STANDARD_INPUT[] = "-";
+
+TOOL_ERROR bad_id(const std::string& place, const std::string& text, const std::string& fault,
+                  std::vector<std::string> details = {}) {
+    details.emplace_back("Try `tovren flash identify --help`.");
+    return {TOOL_EXIT_USAGE, "flash identify: " + place + ", " + tool_quoted(text) + ": " + fault, std::move(details)};
+}
+
+int digit_value(char digit) {
+    if (digit >= '0' && digit <= '9')
+        return digit - '0';
+    const char letter = static_cast<char>(digit | 0x20);
+    return letter >= 'a' && letter <= 'f' ? letter - 'a' + 10 : -1;
+}
+
+// Appends the bytes of one group of digits. Returns what is wrong with it, empty for nothing.
+std::string add_group(std::string_view group, std::vector<unsigned char>& bytes) {
+    if (group.substr(0, 2) == "0x" || group.substr(0, 2) == "0X")
+        group.remove_prefix(2);
+    if (group.empty())
+        return "a byte is missing";
+    const auto* const bad = std::find_if(group.begin(), group.end(), [](char c) { return digit_value(c) < 0; });
+    if (bad != group.end())
+        return tool_quoted(std::string_view(bad, 1)) + " is not a hexadecimal digit";
+    if (group.size() % 2 != 0)
+        return tool_quoted(group) + " is an odd number of digits; a byte has two";
+    for (size_t i = 0; i < group.size(); i += 2)
+        bytes.push_back(static_cast<unsigned char>(digit_value(group[i]) * 16 + digit_value(group[i + 1])));
+    return "";
+}
+
+TOOL_FLASH_ID read_id(const std::string& text, const std::string& place, bool is_silicon_id) {
+    std::vector<std::string> groups;
+    gen_tokenize(text, " \t\r\n,:", groups);
+    if (groups.empty())
+        throw bad_id(place, text, "there are no digits");
+    TOOL_FLASH_ID id;
+    for (const std::string& group : groups)
+        if (const std::string fault = add_group(group, id.bytes); !fault.empty())
+            throw bad_id(place, text, fault);
+    if (!is_silicon_id && id.bytes.size() < LEAST_BYTES)
+        throw bad_id(place, text,
+                     "a device ID has at least three bytes, this is " + tool_count_text(id.bytes.size(), "byte"),
+                     {"Bytes with blanks between go in quotes (\"20 BA 18\"); for a silicon ID add --silicon-id."});
+    if (id.bytes.size() > MOST_BYTES)
+        throw bad_id(place, text, "at most 255 bytes are taken, this is " + tool_count_text(id.bytes.size(), "byte"));
+    return id;
+}
+
+void read_standard_input(std::vector<TOOL_FLASH_ID>& ids, bool is_silicon_id) {
+    std::string line;
+    for (unsigned int number = 1; std::getline(std::cin, line); ++number) {
+        line.erase(std::min(line.find('#'), line.size()));
+        gen_remove_leading_and_trailing_white_spaces(line);
+        if (!line.empty())
+            ids.push_back(read_id(line, "standard input, line " + std::to_string(number), is_silicon_id));
+    }
+}
+
+} // namespace
+
+std::string TOOL_FLASH_ID::text() const {
+    return tool_hex_text(bytes.data(), bytes.size());
+}
+
+std::vector<TOOL_FLASH_ID> tool_read_flash_ids(const std::vector<std::string>& arguments, bool is_silicon_id) {
+    if (std::count(arguments.begin(), arguments.end(), STANDARD_INPUT) > 1)
+        throw TOOL_ERROR(TOOL_EXIT_USAGE, "flash identify: standard input (-) can be read once only",
+                         {"Try `tovren flash identify --help`."});
+    std::vector<TOOL_FLASH_ID> ids;
+    for (size_t i = 0; i < arguments.size(); ++i)
+        if (arguments[i] == STANDARD_INPUT)
+            read_standard_input(ids, is_silicon_id);
+        else
+            ids.push_back(read_id(arguments[i], "argument " + std::to_string(i + 1), is_silicon_id));
+    if (ids.empty())
+        throw TOOL_ERROR(TOOL_EXIT_USAGE, "flash identify: no identification on standard input",
+                         {"Try `tovren flash identify --help`."});
+    return ids;
+}
