@@ -10,12 +10,6 @@
 
 namespace {
 
-// The file that `path` leads to: itself, unless it is a link.
-std::string follow_links(const std::string& path) {
-    const std::unique_ptr<char, decltype(&std::free)> resolved(realpath(path.c_str(), nullptr), &std::free);
-    return resolved ? std::string(resolved.get()) : path;
-}
-
 // What a newly created file may do; the process's mask is only told while it is set.
 mode_t default_mode() {
     const mode_t mask = umask(0);
@@ -39,21 +33,33 @@ void flush_folder(const std::string& folder) {
 
 } // namespace
 
-TOVREN_FILE_WRITER::TOVREN_FILE_WRITER(const std::string& path) : m_target(follow_links(path)) {
+std::string tovren_follow_links(const std::string& path) {
+    const std::unique_ptr<char, decltype(&std::free)> resolved(realpath(path.c_str(), nullptr), &std::free);
+    return resolved ? std::string(resolved.get()) : path;
+}
+
+TOVREN_FILE_WRITER::TOVREN_FILE_WRITER(const std::string& path, const std::string& temporary)
+    : m_target(tovren_follow_links(path)) {
     struct stat status = {};
     const bool exists = stat(m_target.c_str(), &status) == 0;
     if (exists && !S_ISREG(status.st_mode))
         m_descriptor = open(m_target.c_str(), O_WRONLY | O_CLOEXEC);
     else if (!exists || access(m_target.c_str(), W_OK) == 0) // a rename would not ask a read-only file
-        open_beside(m_target);
+        open_beside(temporary);
     if (!m_temporary.empty() && m_descriptor >= 0)
         m_failed = fchmod(m_descriptor, exists ? status.st_mode & 07777 : default_mode()) != 0;
     m_failed = m_failed || m_descriptor < 0;
 }
 
-void TOVREN_FILE_WRITER::open_beside(const std::string& path) {
-    m_temporary = folder_of(path) + ".tovren.XXXXXX"; // short, whatever the target's name
-    m_descriptor = mkostemp(m_temporary.data(), O_CLOEXEC);
+void TOVREN_FILE_WRITER::open_beside(const std::string& temporary) {
+    if (temporary.empty()) {
+        m_temporary = folder_of(m_target) + ".tovren.XXXXXX"; // short, whatever the target's name
+        m_descriptor = mkostemp(m_temporary.data(), O_CLOEXEC);
+        return;
+    }
+    m_temporary = temporary;
+    unlink(m_temporary.c_str());
+    m_descriptor = open(m_temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
 }
 
 TOVREN_FILE_WRITER::~TOVREN_FILE_WRITER() {
