@@ -45,8 +45,8 @@ std::vector<unsigned char> fuzz_database_file(std::string_view magic, std::strin
     const size_t header_size = file.size();
     uLongf stream_size = compressBound(static_cast<uLong>(payload.size()));
     file.resize(header_size + stream_size);
-    FUZZ_REQUIRE(compress2(file.data() + header_size, &stream_size, payload.data(),
-                           static_cast<uLong>(payload.size()), Z_NO_COMPRESSION) == Z_OK);
+    FUZZ_REQUIRE(compress2(file.data() + header_size, &stream_size, payload.data(), static_cast<uLong>(payload.size()),
+                           Z_NO_COMPRESSION) == Z_OK);
     file.resize(header_size + stream_size + 2); // and the check field of two zero bytes
     return file;
 }
