@@ -11,8 +11,9 @@ int gen_stricmp(const char* left, const char* right);
 // Takes blanks, tabs, carriage returns, line, form and vertical feeds off both ends, in place.
 void gen_remove_leading_and_trailing_white_spaces(std::string& text);
 
-void stl_toupper(std::string& text); // in place
-void stl_tolower(std::string& text); // in place
+void stl_toupper(std::string& text);       // in place
+void stl_tolower(std::string& text);       // in place
+void gen_ascii_toupper(std::string& text); // in place; other bytes stay, whatever the locale
 
 // Splits `text` at the characters of `separators` into `tokens`, whose former contents are lost (their storage is used
 // again where it can be).

@@ -117,3 +117,8 @@ unsigned long long gen_local_strtoQWORD(const char* text, const char** end, int 
         *end = rest;
     return error == std::errc::result_out_of_range ? ULLONG_MAX : value;
 }
+
+void gen_ascii_toupper(std::string& text) {
+    for (char& c : text)
+        c = to_upper(c);
+}

@@ -55,6 +55,15 @@ public:
     // folder of the running program. An empty text brings the default back.
     static void set_module_path(const std::string& folder);
 
+    // ---- version ----
+
+    // The version that the host gives instead of the project's own. A service pack has 8 bits, a build 16. Without a
+    // call $TOVREN_VERSION_TEXT, else the setting TOVREN_VERSION_TEXT, replaces the text alone.
+    static void set_version(const std::string& text, unsigned int service_pack, unsigned int build);
+
+    // Brings the project's version back.
+    static void reset_version();
+
     // ---- memory tracker ----
 
     // The names of the libraries that are registered now, in order of registration.
