@@ -17,10 +17,12 @@
 #include "host_fio.h"
 #include "tovren_dev_info_manager_auto_export.h"
 #include "tovren_export.h"
+#include "tovren_flash_definition.h"
 #include "tovren_flash_info.h"
 #include "tovren_types.h"
 
 #include <memory>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -58,7 +60,8 @@ public:
     // reports "one_default" for the first name without one, "!one_default" for the first with two.
     void confirm_default_value(unsigned int first);
 
-    // Fills m_ext_flash_info from the user's stored definition, or leaves its device_name empty.
+    // Fills m_ext_flash_info from the first entry of the definition list that the host's settings hold, or clears it:
+    // silently, unless the setting's "_DEBUG" companion is on. decode_ini prints its messages here too.
     void parse_ext_flash_info();
 
     // ---- the chain ----
@@ -147,13 +150,86 @@ public:
     // ---- small utilities ----
 
     // The number that a text writes, decimal or hexadecimal behind 0x. Without `ok` a bad text is an internal error.
-    unsigned int get_dword_from_string(std::string string, bool* ok);
+    static unsigned int get_dword_from_string(std::string string, bool* ok);
 
     // Exactly one of the 32 bits is set.
-    bool is_power_of_two(unsigned int value);
+    static bool is_power_of_two(unsigned int value);
 
     // "-1" for 0xFFFFFFFF and, with `byte_form`, for 0xFF; otherwise the value read as a signed number.
-    std::string to_string(unsigned int value, bool byte_form);
+    static std::string to_string(unsigned int value, bool byte_form);
+
+    // ---- a flash of the user's own: the stored text (docs/formats/flash_definition.md) ----
+
+    // The encoded text of a definition list, ready for a setting. Empty on failure, for which a line on standard output
+    // gives the reason: a list that zlib cannot bring below twice its length.
+    static std::string encode_ini(std::string list);
+
+    // The definition list behind an encoded text, up to its first zero byte. Empty on failure, for which a line on
+    // standard output gives the reason: a character outside the alphabet, no zlib stream, a list of more than 20 times
+    // its compressed size.
+    static std::string decode_ini(std::string encoded);
+
+    // The 16-letter tag that ties a definition to the running version. An empty definition is reported
+    // ("total_size > 0").
+    static std::string gen_ini_password(std::string definition);
+
+    // Whether the tag is the one that gen_ini_password gives. A tag that has not 16 characters never is.
+    static bool cmp_ini_password(std::string definition, std::string tag);
+
+    // The next field at or after `position`, in upper case; `position` moves to the "@" that closes it. False, with an
+    // empty field, when no whole field follows.
+    static bool get_string_from_ini(std::string definition, std::string& field, size_t& position);
+
+    // "1" is true; only "1" and "0" are valid.
+    static bool get_boolean_from_string(std::string field, bool& valid);
+
+    // The decimal number that a field begins with, a sign included; 0 where it begins with none. Numbers past 64 bits
+    // stay at the limit. Valid when its low 32 bits are at most `maximum`; it is returned in any case.
+    static long long get_number_from_string(std::string field, unsigned int maximum, bool& valid);
+
+    // ---- a flash of the user's own: the dialogue ----
+
+    // Asks on standard input and output for up to three flashes and prints the encoded text to be stored. The end of
+    // the input counts as an empty answer.
+    void gen_flash_ini();
+
+    // Asks for one flash. False, with an empty definition, at the first answer that is refused.
+    bool prompt_flash_info(std::string& definition);
+
+    // Converts 33 fields into m_ext_flash_info. False at the first that does not fit; the record is half filled then.
+    bool assign_ini(std::span<const std::string, TOTAL_DATABASE_MEMBER> fields);
+
+    // ---- a flash of the user's own: what the dialogue and a load go by; nothing here prints ----
+
+    // The setting that a load reads the encoded text from.
+    static std::string get_ext_flash_setting_name();
+
+    // The text of the running version that the tags are made from.
+    static std::string get_ini_version_text();
+
+    // The questions, 33 in record order.
+    static std::span<const TOVREN_FLASH_PROMPT> get_flash_prompts();
+
+    // Checks one answer as a person types it. `field` receives the text that the definition holds for it, empty when
+    // the answer is refused.
+    static TOVREN_FLASH_ANSWER_ENUM check_flash_answer(const TOVREN_FLASH_PROMPT& prompt, std::string answer,
+                                                       std::string& field);
+
+    // Makes a definition of 33 fields; those of members that are not asked for are filled in. False, with an empty
+    // definition, when two of memory_id_index, memory_type_index and mfc_id_index are equal.
+    static bool gen_flash_definition(std::span<std::string, TOTAL_DATABASE_MEMBER> fields, std::string& definition);
+
+    // Appends a definition with its tag to a list.
+    static void add_ini_entry(std::string& list, const std::string& definition);
+
+    // The entries of a list in order. A load looks at the first only.
+    static std::vector<TOVREN_FLASH_INI_ENTRY> get_ini_entries(const std::string& list);
+
+    // What a load makes of an entry.
+    static TOVREN_FLASH_INI_CHECK check_ini_entry(const TOVREN_FLASH_INI_ENTRY& entry);
+
+    // The rules behind TOVREN_FLASH_INI_INVALID_RECORD.
+    static std::span<const TOVREN_FLASH_RULE> get_flash_rules();
 
     // ---- state ----
 
@@ -176,6 +252,8 @@ private:
     TOVREN_LOCAL void read_enabled_records(unsigned char* data, unsigned int& index);
     TOVREN_LOCAL bool is_matching(const TOVREN_SFL_FLASH_INFO& record, bool by_silicon_id,
                                   const unsigned char* id_bytes) const;
+    TOVREN_LOCAL static bool read_ini_field(const std::string& definition, std::string& field, size_t& position);
+    TOVREN_LOCAL static TOVREN_FLASH_INI_ENTRY read_ini_entry(const std::string& list, size_t begin);
 
     unsigned int m_payload_size; // bytes; bounds the record count that a payload may claim
 };

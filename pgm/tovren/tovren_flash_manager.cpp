@@ -176,10 +176,6 @@ void TOVREN_FLASH_MANAGER::confirm_default_value(unsigned int first) {
     }
 }
 
-void TOVREN_FLASH_MANAGER::parse_ext_flash_info() {
-    m_ext_flash_info = TOVREN_SFL_FLASH_INFO();
-}
-
 bool TOVREN_FLASH_MANAGER::is_matching(const TOVREN_SFL_FLASH_INFO& record, bool by_silicon_id,
                                        const unsigned char* id_bytes) const {
     if (record.silicon_id != by_silicon_id || id_bytes[record.memory_id_index] != record.memory_id)
