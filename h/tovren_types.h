@@ -2,6 +2,8 @@
 #ifndef TOVREN_TYPES_H
 #define TOVREN_TYPES_H
 
+#include <string>
+
 using BYTE = unsigned char;       // 8 bit
 using WORD = unsigned short;      // 16 bit
 using DWORD = unsigned int;       // 32 bit
@@ -25,6 +27,12 @@ enum TOVREN_MANAGER_TYPE : BYTE {
     TOVREN_MANAGER_DEVICE_TBL = 10, // device index table
     TOVREN_MANAGER_PART_TBL = 11,   // part index table
     TOVREN_MANAGER_TYPE_MAX = 12,
+};
+
+// A name of a CSV cell and the value that the database holds for it.
+struct TOVREN_NAME_VALUE {
+    std::string name;
+    unsigned int value;
 };
 
 #endif

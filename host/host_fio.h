@@ -38,4 +38,7 @@ std::string gen_get_device_db_fullpath();
 // The folder of the running module, where it keeps files of its own (`pgm_flash.ini`), without a closing slash.
 std::string gen_get_module_path();
 
+// The root of the product's installation (`h/pgm_parts.txt` and others), without a closing slash.
+std::string gen_get_morvath_path();
+
 #endif

@@ -3,6 +3,13 @@
 #define HOST_PGM_COMMON_H
 
 #include <string>
+#include <vector>
+
+// Whom a message of the build goes to; the host knows the addresses.
+enum PGM_COMMON_INI_EMAIL_ADDR_ENUM : unsigned int {
+    PGM_COMMON_INI_EMAIL_ADDR_DEVICE_DATA = 0, // the keepers of the device description
+    PGM_COMMON_INI_EMAIL_ADDR_BUILD = 1,       // the keepers of the build
+};
 
 class PGM_COMMON {
 public:
@@ -12,6 +19,11 @@ public:
     // internal error of the host. `*overflow`, where given, tells a number past 32 bits from a bad text.
     static unsigned int convert_string_to_dword(const std::string& text, bool no_empty, bool* ok, bool* overflow,
                                                 bool allow_hex);
+
+    // Sends `body` to all `recipients` at once. True when the message is on its way. A failure is the host's to tell;
+    // it must not end the caller's work.
+    static bool send_auto_email_file(const std::vector<PGM_COMMON_INI_EMAIL_ADDR_ENUM>& recipients,
+                                     const std::string& subject, const std::string& body);
 };
 
 #endif

@@ -15,6 +15,11 @@ std::string& device_db_root() {
     return folder;
 }
 
+std::string& product_root() {
+    static std::string folder;
+    return folder;
+}
+
 bool is_folder(const std::string& path) {
     struct stat status = {};
     return stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
@@ -56,6 +61,18 @@ std::string gen_get_device_db_fullpath() {
     if (const char* folder = std::getenv("TOVREN_DB_ROOT"); folder && *folder != '\0')
         return folder;
     return share_folder() + "/db";
+}
+
+std::string gen_get_morvath_path() {
+    if (!product_root().empty())
+        return product_root();
+    if (const char* folder = std::getenv("TOVREN_PRODUCT_ROOT"); folder && *folder != '\0')
+        return folder;
+    return share_folder();
+}
+
+void TOVREN_STANDALONE_HOST::set_product_root(const std::string& folder) {
+    product_root() = folder;
 }
 
 void TOVREN_STANDALONE_HOST::set_device_db_root(const std::string& folder) {

@@ -57,6 +57,7 @@ void apply_globals(const TOOL_GLOBALS& globals) {
 int run(int argc, char** argv) {
     TOOL_COMMAND_LINE line(TOVREN_VERSION);
     tool_add_flash_group(line);
+    tool_add_device_group(line);
     const TOOL_ACTION* action = line.parse(argc, argv);
     if (!action)
         return TOOL_EXIT_DONE;

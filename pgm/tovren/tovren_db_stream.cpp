@@ -155,6 +155,15 @@ unsigned int db_calculate_crc16(const unsigned char*, unsigned int) {
     return 0;
 }
 
+unsigned int db_record_size(std::span<const TOVREN_MANAGER_TYPE> types, std::span<const std::string> cells) {
+    size_t size = DB_MARKER_SIZE;
+    for (size_t i = 0; i < types.size(); ++i) {
+        const bool has_characters = i < cells.size() && db_is_text(types[i]);
+        size += 1 + db_value_size(types[i]) + (has_characters ? cells[i].size() : 0);
+    }
+    return static_cast<unsigned int>(size);
+}
+
 // ---- readers ----
 
 unsigned int db_get_dword(const unsigned char* data, unsigned int& index) {
@@ -163,6 +172,16 @@ unsigned int db_get_dword(const unsigned char* data, unsigned int& index) {
         static_cast<unsigned int>(data[index + 2]) << 16 | static_cast<unsigned int>(data[index + 3]) << 24;
     index += 4;
     return value;
+}
+
+void db_get_dwords(const unsigned char* data, unsigned int& index, std::span<unsigned int> values) {
+    const unsigned char* place = data + index;
+    for (unsigned int& value : values) {
+        value = static_cast<unsigned int>(place[0]) | static_cast<unsigned int>(place[1]) << 8 |
+                static_cast<unsigned int>(place[2]) << 16 | static_cast<unsigned int>(place[3]) << 24;
+        place += 4;
+    }
+    index += static_cast<unsigned int>(4 * values.size());
 }
 
 bool db_get_bool(const unsigned char* data, unsigned int& index) {

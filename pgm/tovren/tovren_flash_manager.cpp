@@ -18,9 +18,6 @@
 
 namespace {
 
-// Bytes of a record whose texts are empty: a tag for each member; 4 text lengths, 11 bools, 13 BYTEs, 5 DWORDs; "END1".
-constexpr unsigned int SMALLEST_RECORD_SIZE = 33 + 4 + 11 + 13 + 5 * 4 + DB_MARKER_SIZE;
-
 // A payload handed in from outside: nothing bounds its record count.
 constexpr unsigned int UNKNOWN_PAYLOAD_SIZE = INVALID_DWORD;
 
@@ -102,7 +99,8 @@ unsigned int TOVREN_FLASH_MANAGER::read_payload_header(const unsigned char* data
     m_flash_count = db_get_dword(data, index);
     m_type_count = db_get_dword(data, index);
     TOVREN_CHECK(m_flash_count > 0 && m_type_count > 0);
-    TOVREN_CHECK_TEXT(m_payload_size == UNKNOWN_PAYLOAD_SIZE || m_flash_count <= m_payload_size / SMALLEST_RECORD_SIZE,
+    const unsigned int smallest_record = db_record_size(m_type_list, {});
+    TOVREN_CHECK_TEXT(m_payload_size == UNKNOWN_PAYLOAD_SIZE || m_flash_count <= m_payload_size / smallest_record,
                       "m_flash_count <= payload_size / record_size");
     return m_flash_count;
 }

@@ -5,10 +5,10 @@
 #include "host_pgm_common.h"
 #include "host_text.h"
 #include "tovren_check.h"
+#include "tovren_csv.h"
 #include "tovren_db_stream.h"
 #include "tovren_flash_manager.h"
 
-#include <fstream>
 #include <limits>
 
 namespace {
@@ -21,30 +21,6 @@ constexpr unsigned int FIRST_DATA_ROW = 8;
 constexpr bool is_free_row(unsigned int row) {
     return row == 2 || row == 3 || row == 7;
 }
-
-// The lines of a description that count, split into cells.
-class CSV_READER {
-public:
-    explicit CSV_READER(const FIO_PATH& csv) : m_input(csv.fullpath()), m_is_good(m_input.good()) {}
-
-    bool is_good() const { return m_is_good; }
-
-    bool next(std::vector<std::string>& cells) {
-        while (std::getline(m_input, m_line)) {
-            gen_remove_leading_and_trailing_white_spaces(m_line);
-            if (m_line.empty())
-                continue;
-            gen_tokenize(m_line, " \t\n,", cells);
-            return true;
-        }
-        return false;
-    }
-
-private:
-    std::ifstream m_input;
-    bool m_is_good;
-    std::string m_line;
-};
 
 void check_type_word(const std::vector<std::string>& svec, size_t i, TOVREN_MANAGER_TYPE type) {
     switch (type) {
@@ -78,19 +54,6 @@ void check_name_row(const std::vector<std::string>& svec, const std::vector<std:
     }
 }
 
-// Encoded bytes of a value behind its tag, a text's characters aside.
-constexpr unsigned int value_size(TOVREN_MANAGER_TYPE type) {
-    return type == TOVREN_MANAGER_DWORD ? 4 : type == TOVREN_MANAGER_WORD ? 2 : 1;
-}
-
-// Encoded bytes of a record, end marker included.
-size_t record_size(const std::vector<std::string>& svec, const std::vector<TOVREN_MANAGER_TYPE>& types) {
-    size_t size = DB_MARKER_SIZE;
-    for (size_t i = 0; i < types.size(); ++i)
-        size += 1 + value_size(types[i]) + (types[i] == TOVREN_MANAGER_STRING ? svec[i].size() : 0);
-    return size;
-}
-
 } // namespace
 
 unsigned int TOVREN_FLASH_MANAGER::check_flash_file(FIO_PATH csv, unsigned int& device_count) {
@@ -108,7 +71,7 @@ unsigned int TOVREN_FLASH_MANAGER::check_flash_file(FIO_PATH csv, unsigned int& 
         else if (row == NAME_ROW)
             check_name_row(svec, m_name_list);
         else if (row >= FIRST_DATA_ROW) {
-            size += record_size(svec, m_type_list);
+            size += db_record_size(m_type_list, svec);
             ++device_count;
         }
     }
@@ -138,7 +101,7 @@ void TOVREN_FLASH_MANAGER::generate_flash_database(FIO_PATH csv, FIO_PATH output
             continue;
         // The file may have grown since it was checked.
         TOVREN_CHECK(svec.size() == TOTAL_DATABASE_MEMBER);
-        TOVREN_CHECK_TEXT(index + record_size(svec, m_type_list) + DB_MARKER_SIZE <= memory_size,
+        TOVREN_CHECK_TEXT(size_t{index} + db_record_size(m_type_list, svec) + DB_MARKER_SIZE <= memory_size,
                           "index == memory_size");
         dump_to_database(&buffer, index, svec);
         db_put_record_end(&buffer, index);
@@ -158,7 +121,7 @@ void TOVREN_FLASH_MANAGER::dump_to_database(unsigned char** buffer, unsigned int
         else if (type == TOVREN_MANAGER_BOOL)
             dump_bool_to_database(buffer, index, std::move(svec[i]));
         else
-            dump_value_to_database(buffer, index, std::move(svec[i]), value_size(type));
+            dump_value_to_database(buffer, index, std::move(svec[i]), db_value_size(type));
     }
 }
 

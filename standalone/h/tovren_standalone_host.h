@@ -55,6 +55,9 @@ public:
     // folder of the running program. An empty text brings the default back.
     static void set_module_path(const std::string& folder);
 
+    // The product's root, which holds h/pgm_parts.txt. Default: $TOVREN_PRODUCT_ROOT, else share/tovren as above.
+    static void set_product_root(const std::string& folder);
+
     // ---- version ----
 
     // The version that the host gives instead of the project's own. A service pack has 8 bits, a build 16. Without a

@@ -11,7 +11,9 @@
 #include "tovren_types.h"
 
 #include <memory>
+#include <span>
 #include <string>
+#include <vector>
 
 struct TOVREN_DB_FORMAT {
     bool has_devid_values; // texts may bear the tag 1, 32-bit numbers the tags 0 and 7
@@ -63,9 +65,24 @@ std::unique_ptr<unsigned char[]> db_decompress(const unsigned char* data, unsign
                                                unsigned int original_count);
 unsigned int db_calculate_crc16(const unsigned char* data, unsigned int length);
 
+// Encoded bytes of a value behind its tag; of a text its length byte only.
+constexpr unsigned int db_value_size(TOVREN_MANAGER_TYPE type) {
+    const bool is_dword =
+        type == TOVREN_MANAGER_DEVID_ENUM || type == TOVREN_MANAGER_DWORD || type == TOVREN_MANAGER_ENUM;
+    return is_dword ? 4 : type == TOVREN_MANAGER_WORD ? 2 : 1;
+}
+
+constexpr bool db_is_text(TOVREN_MANAGER_TYPE type) {
+    return type == TOVREN_MANAGER_DEVID_STR || type == TOVREN_MANAGER_STRING;
+}
+
+// Encoded bytes of a record with these cells, "END1" included; without cells that of a record whose texts are empty.
+unsigned int db_record_size(std::span<const TOVREN_MANAGER_TYPE> types, std::span<const std::string> cells);
+
 // ---- readers ----
 
 unsigned int db_get_dword(const unsigned char* data, unsigned int& index);
+void db_get_dwords(const unsigned char* data, unsigned int& index, std::span<unsigned int> values);
 bool db_get_bool(const unsigned char* data, unsigned int& index);
 unsigned char db_get_byte(const unsigned char* data, unsigned int& index);
 unsigned short db_get_word(const unsigned char* data, unsigned int& index);
