@@ -1,97 +1,16 @@
-// The tovren command: sets up the host as the global options say, runs the verb, turns what goes wrong into a message
-// and an exit code.
-#include "tool_command_line.h"
-#include "tool_error.h"
-#include "tool_flash_database.h"
+// The tovren command: its groups.
 #include "tool_groups.h"
-#include "tool_output.h"
-#include "tool_text.h"
-#include "tovren_standalone_host.h"
-
-#include "host_text.h"
+#include "tool_run.h"
 
 namespace {
 
-constexpr unsigned int MOST_DETAILED_DEBUG_LEVEL = 3;
-
-[[noreturn]] void throw_report(const char* condition, const char* prefix, const char* file, int line) {
-    throw TOOL_REPORT(condition, prefix, file, line);
-}
-
-TOOL_ERROR usage_error(const std::string& message) {
-    return {TOOL_EXIT_USAGE, message, {"Try `tovren --help`."}};
-}
-
-void apply_setting(const std::string& text) {
-    const size_t sign = text.find('=');
-    std::string name = text.substr(0, sign);
-    gen_remove_leading_and_trailing_white_spaces(name);
-    if (sign == std::string::npos || name.empty())
-        throw usage_error("--set: " + tool_quoted(text) + " is not of the form NAME=VALUE");
-    std::string value = text.substr(sign + 1);
-    gen_remove_leading_and_trailing_white_spaces(value);
-    TOVREN_STANDALONE_HOST::set_setting(name, value);
-}
-
-void apply_debug_level(const std::string& text) {
-    const auto level = tool_number(text, MOST_DETAILED_DEBUG_LEVEL);
-    if (!level)
-        throw usage_error("--debug: " + tool_quoted(text) + " is not a level from 0 to 3");
-    TOVREN_STANDALONE_HOST::set_debug_level(static_cast<int>(*level));
-    tool_set_printing_records(*level == MOST_DETAILED_DEBUG_LEVEL);
-}
-
-void apply_globals(const TOOL_GLOBALS& globals) {
-    if (globals.db_root && globals.db_root->empty())
-        throw usage_error("--db-root: the folder's name is empty");
-    if (globals.db_root)
-        TOVREN_STANDALONE_HOST::set_device_db_root(*globals.db_root);
-    if (globals.settings && !TOVREN_STANDALONE_HOST::set_settings_file(*globals.settings))
-        throw usage_error("--settings: " + tool_quoted(*globals.settings) + " cannot be read");
-    for (const std::string& setting : globals.set)
-        apply_setting(setting);
-    if (globals.debug)
-        apply_debug_level(*globals.debug);
-}
-
-int run(int argc, char** argv) {
-    TOOL_COMMAND_LINE line(TOVREN_VERSION);
+void add_groups(TOOL_COMMAND_LINE& line) {
     tool_add_flash_group(line);
     tool_add_device_group(line);
-    const TOOL_ACTION* action = line.parse(argc, argv);
-    if (!action)
-        return TOOL_EXIT_DONE;
-    apply_globals(line.globals());
-    return (*action)(TOOL_OUTPUT(line.globals().is_json));
-}
-
-int complain(const TOOL_ERROR& error) {
-    if (*error.what() != '\0')
-        tool_complain(error.what());
-    for (const std::string& detail : error.details())
-        tool_note("  " + detail);
-    return error.exit_code();
-}
-
-int complain(const TOOL_REPORT& report) {
-    tool_note("internal error: " + report.condition() + " (" + report.file() + ':' + std::to_string(report.line()) +
-              ')');
-    return TOOL_EXIT_INTERNAL;
 }
 
 } // namespace
 
 int main(int argc, char** argv) {
-    tool_open_standard_files();
-    TOVREN_STANDALONE_HOST::set_report_handler(throw_report);
-    try {
-        return run(argc, argv);
-    } catch (const TOOL_ERROR& error) {
-        return complain(error);
-    } catch (const TOOL_REPORT& report) {
-        return complain(report);
-    } catch (const std::exception& error) {
-        tool_note(std::string("internal error: ") + error.what());
-        return TOOL_EXIT_INTERNAL;
-    }
+    return tool_run(argc, argv, add_groups);
 }

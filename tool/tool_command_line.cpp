@@ -20,24 +20,14 @@ verb's arguments. The options above are taken behind the verb too.)";
 
 constexpr char VERB_FOOTER[] = "\nOptions for all verbs: see `tovren --help`.";
 
-// "flash show ": as far as the parse came.
+// "flash show": as far as the parse came.
 std::string command_of(const CLI::App& app) {
     std::string command;
     for (const CLI::App* chosen = &app; !chosen->get_subcommands().empty();) {
         chosen = chosen->get_subcommands().front();
-        command += chosen->get_name() + ' ';
+        command += (command.empty() ? "" : " ") + chosen->get_name();
     }
     return command;
-}
-
-TOOL_ERROR usage_error(const CLI::App& app, const std::string& message, const std::string& detail = "") {
-    std::string command = command_of(app);
-    std::vector<std::string> details = {"Try `tovren " + command + "--help`."};
-    if (!detail.empty())
-        details.insert(details.begin(), detail);
-    if (!command.empty())
-        command.back() = ':';
-    return {TOOL_EXIT_USAGE, command + (command.empty() ? "" : " ") + message, std::move(details)};
 }
 
 const CLI::App& innermost(const CLI::App& app) {
@@ -66,8 +56,9 @@ TOOL_ERROR wrong_choice(const CLI::App& app, const CLI::App& chosen) {
     const std::vector<std::string> known = child_names(chosen);
     const std::string word = unexpected(app, true);
     const std::string fault = word.empty() ? "a " + kind + " is missing" : tool_quoted(word) + " is no " + kind;
-    return usage_error(app, fault + " (there are: " + tool_join(known, ", ") + ')',
-                       word.empty() ? "" : tool_did_you_mean(tool_nearest_names(word, known)));
+    const std::string guess = tool_did_you_mean(tool_nearest_names(word, known));
+    return tool_usage_error(command_of(app), fault + " (there are: " + tool_join(known, ", ") + ')',
+                            guess.empty() ? std::vector<std::string>() : std::vector<std::string>{guess});
 }
 
 TOOL_ERROR wrong_usage(const CLI::App& app, const CLI::ParseError& error) {
@@ -75,16 +66,22 @@ TOOL_ERROR wrong_usage(const CLI::App& app, const CLI::ParseError& error) {
     const bool is_extra = error.get_exit_code() == static_cast<int>(CLI::ExitCodes::ExtrasError);
     const bool is_missing = error.get_exit_code() == static_cast<int>(CLI::ExitCodes::RequiredError);
     const std::string rest = unexpected(app, false);
+    const std::string message = error.what();
+    if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::ArgumentMismatch))
+        return tool_usage_error(command_of(app), message.substr(0, message.find(':')) + ": its value is missing");
     if (is_missing && !child_names(chosen).empty() && (rest.empty() || !unexpected(app, true).empty()))
         return wrong_choice(app, chosen);
     if (rest.empty() || !(is_extra || is_missing))
-        return usage_error(app, tool_printable(error.what()));
-    return usage_error(app, (rest[0] == '-' ? "there is no option " : "one argument too many: ") + tool_quoted(rest));
+        return tool_usage_error(command_of(app), tool_printable(message));
+    return tool_usage_error(command_of(app),
+                            (rest[0] == '-' ? "there is no option " : "one argument too many: ") + tool_quoted(rest));
 }
 
 CLI::Option* add_text(CLI::App& app, const std::string& name, std::optional<std::string>& value, const char* help) {
-    return app.add_option_function<std::string>(
-        name, [&value](const std::string& text) { value = text; }, help);
+    return app
+        .add_option_function<std::string>(
+            name, [&value](const std::string& text) { value = text; }, help)
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);
 }
 
 } // namespace

@@ -51,10 +51,13 @@ std::vector<std::string> fault_lines(const std::string& csv, bool is_refused) {
 
 TOOL_ADVICE generation_advice(const GENERATE_OPTIONS& options, const TOOL_REPORT& report) {
     const std::string output = tool_printable(options.output);
-    if (report.condition() == "output_is_written")
+    if (report.condition() == "output_is_written") {
         return {output + ": the database cannot be written there; what stood there is as it was",
                 {},
                 {"check that the folder exists, may be written and has room"}};
+    }
+    if (const std::string fault = tool_reading_fault(options.csv); !fault.empty())
+        return {tool_printable(options.csv) + ": " + fault, {}, {"name the description to read"}};
     std::vector<std::string> faults = fault_lines(options.csv, true);
     const std::string next = "correct the description and run the command again; " + output + " is as it was";
     if (faults.size() == 1)
@@ -75,8 +78,7 @@ unsigned int generate_database(const GENERATE_OPTIONS& options) {
 
 int generate(const GENERATE_OPTIONS& options, const TOOL_OUTPUT& output) {
     if (is_same_file(options.csv, options.output))
-        throw TOOL_ERROR(TOOL_EXIT_USAGE, "flash generate: CSV and OUT are the same file",
-                         {"Try `tovren flash generate --help`."});
+        throw tool_usage_error("flash generate", "CSV and OUT are the same file");
     const unsigned int count = generate_database(options);
     for (const std::string& line : fault_lines(options.csv, false))
         tool_note("warning: " + line);
@@ -217,8 +219,7 @@ int show_record(const TOVREN_SFL_FLASH_INFO& flash, unsigned int index, const TO
 int show_index(const std::string& text, const TOVREN_FLASH_MANAGER& manager, const TOOL_OUTPUT& output) {
     const auto index = tool_number(text, INVALID_DWORD);
     if (!index)
-        throw TOOL_ERROR(TOOL_EXIT_USAGE, "flash show: --index: " + tool_quoted(text) + " is not a number",
-                         {"Try `tovren flash show --help`."});
+        throw tool_usage_error("flash show", "--index: " + tool_quoted(text) + " is not a number");
     if (const TOVREN_SFL_FLASH_INFO* flash = manager.get_flash(*index))
         return show_record(*flash, *index, output);
     return not_found(output, "there is no flash " + text,
@@ -230,16 +231,14 @@ std::vector<std::string> why_without_default(const std::string& name, const TOVR
     std::vector<std::string> details;
     for (const LISTED& entry : list_loaded(manager))
         if (tool_equal_ignoring_case(entry.flash->device_name, name))
-            details.push_back("Record " + std::to_string(entry.index) +
-                              " has this name but is not its default: show "
-                              "it with --index " +
-                              std::to_string(entry.index) + ".");
+            details.push_back("It has no default; --index " + std::to_string(entry.index) + " shows a record of it.");
     if (!details.empty())
         return details;
-    for (const TOVREN_SFL_FLASH_INFO& record : tool_all_flashes())
-        if (const std::string shown_by = tool_switch_that_shows(record);
-            !shown_by.empty() && tool_equal_ignoring_case(record.device_name, name))
+    for (const TOVREN_SFL_FLASH_INFO& record : tool_all_flashes()) {
+        const std::string shown_by = tool_switch_that_shows(record);
+        if (!shown_by.empty() && tool_equal_ignoring_case(record.device_name, name))
             return {"It is hidden: show it with --set " + tool_printable(shown_by) + "=on."};
+    }
     return details;
 }
 
@@ -267,8 +266,7 @@ int show_name(const std::string& name, TOVREN_FLASH_MANAGER& manager, const TOOL
 
 int show(const SHOW_OPTIONS& options, const TOOL_OUTPUT& output) {
     if (options.name.has_value() == options.index.has_value())
-        throw TOOL_ERROR(TOOL_EXIT_USAGE, "flash show: give either a NAME or --index N",
-                         {"Try `tovren flash show --help`."});
+        throw tool_usage_error("flash show", "give either a NAME or --index N");
     const auto manager = tool_load_flashes(1);
     return options.name ? show_name(*options.name, *manager, output) : show_index(*options.index, *manager, output);
 }

@@ -75,11 +75,12 @@ private:
         }
         if (is_free_row(row) || (row > NAME_ROW && row < FIRST_DATA_ROW))
             return;
-        for (size_t i = 0; i < cells.size(); ++i)
+        for (size_t i = 0; i < cells.size(); ++i) {
             if (row >= FIRST_DATA_ROW)
                 check_value(i, cells[i]);
             else
                 check_header(row, i, cells[i]);
+        }
     }
 
     void check_header(unsigned int row, size_t i, const std::string& cell) {

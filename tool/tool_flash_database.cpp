@@ -41,6 +41,13 @@ TOOL_ADVICE for_missing_file() {
              "or write the file with " + generate_step()}};
 }
 
+TOOL_ADVICE for_unreadable_file() {
+    const std::string fault = tool_reading_fault(database_path());
+    return {with_path(fault.empty() ? "it cannot be read" : fault),
+            {},
+            {"make it readable, or name another folder with --db-root DIR"}};
+}
+
 TOOL_ADVICE for_magic() {
     std::string magic(8, '\0');
     std::ifstream(database_path(), std::ios::binary).read(magic.data(), 8);
@@ -69,11 +76,12 @@ NAME_USE use_of_name(const std::vector<TOVREN_SFL_FLASH_INFO>& records, const st
 
 TOOL_ADVICE for_name(const std::string& name, const NAME_USE& use) {
     constexpr char CORRECT[] = "correct default_dev in the description and run `tovren flash generate` again";
-    if (use.defaults > 1)
+    if (use.defaults > 1) {
         return {with_path(tool_quoted(name) + " has " + std::to_string(use.defaults) +
                           " default records; each name has one"),
                 {},
                 {"turn off the PGM_ALLOW_ setting that shows one of them,", std::string("or ") + CORRECT}};
+    }
     if (use.hiding.empty())
         return {with_path(tool_quoted(name) + " has no default record; each name has one"), {}, {CORRECT}};
     return {with_path("the default record of " + tool_quoted(name) + " is hidden; each name has one"),
@@ -99,7 +107,7 @@ TOOL_ADVICE advice(const TOOL_REPORT& report) {
     if (has(condition, "FIO_FILE_SYSTEM::exists"))
         return for_missing_file();
     if (condition == "input.good()")
-        return {with_path(tool_reading_fault(database_path())), {}, {"make it readable, or give another --db-root"}};
+        return for_unreadable_file();
     if (condition == "one_default" || condition == "!one_default")
         return for_default();
     if (has(condition, "data[index++] == 'P'"))

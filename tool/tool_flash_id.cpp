@@ -12,12 +12,12 @@ namespace {
 
 constexpr size_t MOST_BYTES = 255;
 constexpr size_t LEAST_BYTES = 3;
+constexpr char COMMAND[] = "flash identify";
 constexpr char STANDARD_INPUT[] = "-";
 
 TOOL_ERROR bad_id(const std::string& place, const std::string& text, const std::string& fault,
                   std::vector<std::string> details = {}) {
-    details.emplace_back("Try `tovren flash identify --help`.");
-    return {TOOL_EXIT_USAGE, "flash identify: " + place + ", " + tool_quoted(text) + ": " + fault, std::move(details)};
+    return tool_usage_error(COMMAND, place + ", " + tool_quoted(text) + ": " + fault, std::move(details));
 }
 
 int digit_value(char digit) {
@@ -52,10 +52,11 @@ TOOL_FLASH_ID read_id(const std::string& text, const std::string& place, bool is
     for (const std::string& group : groups)
         if (const std::string fault = add_group(group, id.bytes); !fault.empty())
             throw bad_id(place, text, fault);
-    if (!is_silicon_id && id.bytes.size() < LEAST_BYTES)
+    if (!is_silicon_id && id.bytes.size() < LEAST_BYTES) {
         throw bad_id(place, text,
                      "a device ID has at least three bytes, this is " + tool_count_text(id.bytes.size(), "byte"),
                      {"Bytes with blanks between go in quotes (\"20 BA 18\"); for a silicon ID add --silicon-id."});
+    }
     if (id.bytes.size() > MOST_BYTES)
         throw bad_id(place, text, "at most 255 bytes are taken, this is " + tool_count_text(id.bytes.size(), "byte"));
     return id;
@@ -79,16 +80,15 @@ std::string TOOL_FLASH_ID::text() const {
 
 std::vector<TOOL_FLASH_ID> tool_read_flash_ids(const std::vector<std::string>& arguments, bool is_silicon_id) {
     if (std::count(arguments.begin(), arguments.end(), STANDARD_INPUT) > 1)
-        throw TOOL_ERROR(TOOL_EXIT_USAGE, "flash identify: standard input (-) can be read once only",
-                         {"Try `tovren flash identify --help`."});
+        throw tool_usage_error(COMMAND, "standard input (-) can be read once only");
     std::vector<TOOL_FLASH_ID> ids;
-    for (size_t i = 0; i < arguments.size(); ++i)
+    for (size_t i = 0; i < arguments.size(); ++i) {
         if (arguments[i] == STANDARD_INPUT)
             read_standard_input(ids, is_silicon_id);
         else
             ids.push_back(read_id(arguments[i], "argument " + std::to_string(i + 1), is_silicon_id));
+    }
     if (ids.empty())
-        throw TOOL_ERROR(TOOL_EXIT_USAGE, "flash identify: no identification on standard input",
-                         {"Try `tovren flash identify --help`."});
+        throw tool_usage_error(COMMAND, "no identification on standard input");
     return ids;
 }

@@ -122,10 +122,11 @@ bool matches(const TOVREN_SFL_FLASH_INFO& record, const std::vector<unsigned cha
 std::vector<std::string> hidden_matches(const std::vector<TOVREN_SFL_FLASH_INFO>& records, const TOOL_FLASH_ID& id,
                                         bool is_silicon_id) {
     std::vector<std::string> hidden;
-    for (const TOVREN_SFL_FLASH_INFO& record : records)
+    for (const TOVREN_SFL_FLASH_INFO& record : records) {
         if (const std::string shown_by = tool_switch_that_shows(record);
             !shown_by.empty() && matches(record, id.bytes, is_silicon_id))
             hidden.push_back(tool_printable(record.device_name) + " (--set " + tool_printable(shown_by) + "=on)");
+    }
     return hidden;
 }
 
@@ -191,10 +192,11 @@ std::vector<std::string> differences(const TOVREN_SFL_FLASH_INFO& taken, const T
     const auto taken_texts = tool_flash_member_texts(taken);
     const auto other_texts = tool_flash_member_texts(other);
     std::vector<std::string> found;
-    for (size_t i = 0; i < taken_texts.size(); ++i)
+    for (size_t i = 0; i < taken_texts.size(); ++i) {
         if (taken_texts[i].text != other_texts[i].text && std::string_view(taken_texts[i].name) != "device_name")
             found.push_back(std::string(taken_texts[i].name) + ' ' + tool_printable(other_texts[i].text) + " (" +
                             tool_printable(taken_texts[i].text) + ')');
+    }
     return found;
 }
 

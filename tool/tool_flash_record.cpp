@@ -105,7 +105,7 @@ std::string tool_flash_id_text(const TOVREN_SFL_FLASH_INFO& record) {
 
 std::string tool_flash_sectors_text(const TOVREN_SFL_FLASH_INFO& record) {
     const unsigned long long sector_bits = 8ULL * record.device_sector_byte;
-    const std::string sector = tool_bytes_text(record.device_sector_byte);
+    std::string sector = tool_bytes_text(record.device_sector_byte);
     if (sector_bits == 0 || record.device_bit_size % sector_bits != 0)
         return sector;
     return std::to_string(record.device_bit_size / sector_bits) + " x " + sector;

@@ -31,6 +31,14 @@ private:
     std::vector<std::string> m_details;
 };
 
+// Wrong usage of a command, "flash show" or one without a group.
+inline TOOL_ERROR tool_usage_error(const std::string& command, const std::string& message,
+                                   std::vector<std::string> details = {}) {
+    const std::string blank = command.empty() ? "" : " ";
+    details.push_back("Try `tovren " + command + blank + "--help`.");
+    return {TOOL_EXIT_USAGE, command + (command.empty() ? "" : ": ") + message, std::move(details)};
+}
+
 // An internal error that the library or the host reported. Uncaught by the command it ends the program with 70.
 class TOOL_REPORT : public std::exception {
 public:
