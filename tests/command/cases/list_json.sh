@@ -1,0 +1,2 @@
+database "$DATA/chain.csv"
+tovren --db-root db --json flash list

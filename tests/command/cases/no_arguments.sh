@@ -1,0 +1,2 @@
+# Help on standard error.
+tovren

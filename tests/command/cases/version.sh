@@ -1,0 +1,2 @@
+tovren --version
+tovren flash list --version
