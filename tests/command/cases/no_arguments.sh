@@ -1,2 +1,2 @@
-# Help on standard error.
-tovren
+# Help on standard error. command_fault is the same command with a group of its own.
+command_fault
