@@ -7,6 +7,7 @@ namespace {
 void add_groups(TOOL_COMMAND_LINE& line) {
     tool_add_flash_group(line);
     tool_add_device_group(line);
+    tool_add_check_group(line);
 }
 
 } // namespace

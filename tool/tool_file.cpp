@@ -27,3 +27,11 @@ std::string tool_reading_fault(const std::string& file) {
         return std::string("it cannot be read: ") + strerror(errno);
     return "";
 }
+
+bool tool_is_same_file(const std::string& left, const std::string& right) {
+    struct stat left_status = {};
+    struct stat right_status = {};
+    return stat(left.c_str(), &left_status) == 0 && stat(right.c_str(), &right_status) == 0 &&
+           S_ISREG(left_status.st_mode) && left_status.st_dev == right_status.st_dev &&
+           left_status.st_ino == right_status.st_ino;
+}

@@ -1,9 +1,9 @@
 // `tovren flash`: the group's verbs, and those that are short: generate, list, show.
 #include "host_fio.h"
 #include "tool_command_line.h"
+#include "tool_csv.h"
 #include "tool_error.h"
 #include "tool_file.h"
-#include "tool_flash_csv.h"
 #include "tool_flash_database.h"
 #include "tool_flash_identify.h"
 #include "tool_flash_record.h"
@@ -15,7 +15,6 @@
 #include <algorithm>
 #include <memory>
 #include <nlohmann/json.hpp>
-#include <sys/stat.h>
 
 namespace {
 
@@ -26,29 +25,6 @@ struct GENERATE_OPTIONS {
     std::string output;
 };
 
-constexpr size_t MOST_FAULTS_SHOWN = 10;
-
-bool is_same_file(const std::string& left, const std::string& right) {
-    struct stat left_status = {};
-    struct stat right_status = {};
-    return stat(left.c_str(), &left_status) == 0 && stat(right.c_str(), &right_status) == 0 &&
-           S_ISREG(left_status.st_mode) && left_status.st_dev == right_status.st_dev &&
-           left_status.st_ino == right_status.st_ino;
-}
-
-std::vector<std::string> fault_lines(const std::string& csv, bool is_refused) {
-    std::vector<std::string> lines;
-    for (const TOOL_CSV_FAULT& fault : tool_flash_csv_faults(csv))
-        if (fault.is_refused == is_refused)
-            lines.push_back(fault.text(csv));
-    if (lines.size() > MOST_FAULTS_SHOWN) {
-        const size_t more = lines.size() - MOST_FAULTS_SHOWN;
-        lines.resize(MOST_FAULTS_SHOWN);
-        lines.push_back("and " + tool_count_text(more, "more fault").append(" of this kind"));
-    }
-    return lines;
-}
-
 TOOL_ADVICE generation_advice(const GENERATE_OPTIONS& options, const TOOL_REPORT& report) {
     const std::string output = tool_printable(options.output);
     if (report.condition() == "output_is_written") {
@@ -58,7 +34,7 @@ TOOL_ADVICE generation_advice(const GENERATE_OPTIONS& options, const TOOL_REPORT
     }
     if (const std::string fault = tool_reading_fault(options.csv); !fault.empty())
         return {tool_printable(options.csv) + ": " + fault, {}, {"name the description to read"}};
-    std::vector<std::string> faults = fault_lines(options.csv, true);
+    std::vector<std::string> faults = tool_csv_fault_lines(tool_flash_csv_faults(options.csv), options.csv, true);
     const std::string next = "correct the description and run the command again; " + output + " is as it was";
     if (faults.size() == 1)
         return {faults.front(), {}, {next}};
@@ -77,10 +53,10 @@ unsigned int generate_database(const GENERATE_OPTIONS& options) {
 }
 
 int generate(const GENERATE_OPTIONS& options, const TOOL_OUTPUT& output) {
-    if (is_same_file(options.csv, options.output))
+    if (tool_is_same_file(options.csv, options.output))
         throw tool_usage_error("flash generate", "CSV and OUT are the same file");
     const unsigned int count = generate_database(options);
-    for (const std::string& line : fault_lines(options.csv, false))
+    for (const std::string& line : tool_csv_fault_lines(tool_flash_csv_faults(options.csv), options.csv, false))
         tool_note("warning: " + line);
     if (output.is_json()) {
         nlohmann::ordered_json document;

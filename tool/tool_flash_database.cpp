@@ -2,57 +2,18 @@
 #include "tool_flash_database.h"
 
 #include "host_cfg.h"
-#include "host_fio.h"
+#include "tool_database.h"
 #include "tool_file.h"
 #include "tool_text.h"
 
 #include <algorithm>
-#include <fstream>
 
 namespace {
 
 bool is_printing_records = false;
 
-std::string database_path() {
-    return gen_get_device_db_fullpath() + "/programmer/pgm_flash.pcf";
-}
-
-bool has(const std::string& text, const char* part) {
-    return text.find(part) != std::string::npos;
-}
-
 std::string with_path(const std::string& fault) {
-    return tool_printable(database_path()) + ": " + fault;
-}
-
-std::string generate_step() {
-    return "`tovren flash generate CSV " + tool_printable(database_path()) + '`';
-}
-
-TOOL_ADVICE to_generate(const std::string& fault) {
-    return {with_path(fault), {}, {"write it anew with " + generate_step()}};
-}
-
-TOOL_ADVICE for_missing_file() {
-    const std::string fault = tool_reading_fault(database_path());
-    return {with_path(fault.empty() ? "it is not a regular file" : fault),
-            {},
-            {"name the folder that holds programmer/pgm_flash.pcf with --db-root DIR,",
-             "or write the file with " + generate_step()}};
-}
-
-TOOL_ADVICE for_unreadable_file() {
-    const std::string fault = tool_reading_fault(database_path());
-    return {with_path(fault.empty() ? "it cannot be read" : fault),
-            {},
-            {"make it readable, or name another folder with --db-root DIR"}};
-}
-
-TOOL_ADVICE for_magic() {
-    std::string magic(8, '\0');
-    std::ifstream(database_path(), std::ios::binary).read(magic.data(), 8);
-    return to_generate(magic == "PGMIO_DM" ? "it is a device database, not a flash database"
-                                           : "it is no flash database: it does not begin with \"PGMIO_FM\"");
+    return tool_printable(tool_database_path(TOOL_FLASH_DATABASE)) + ": " + fault;
 }
 
 // How many of the shown records have the name of `record`, and how many of those are its default.
@@ -99,26 +60,14 @@ TOOL_ADVICE for_default() {
         if (const NAME_USE use = use_of_name(records, record.device_name); use.defaults != 1)
             return for_name(record.device_name, use);
     }
-    return to_generate("a flash name has no default record, or two; each name has one");
+    return tool_advice_to_generate(TOOL_FLASH_DATABASE,
+                                   "a flash name has no default record, or two; each name has one");
 }
 
 TOOL_ADVICE advice(const TOOL_REPORT& report) {
     const std::string& condition = report.condition();
-    if (has(condition, "FIO_FILE_SYSTEM::exists"))
-        return for_missing_file();
-    if (condition == "input.good()")
-        return for_unreadable_file();
-    if (condition == "one_default" || condition == "!one_default")
-        return for_default();
-    if (has(condition, "data[index++] == 'P'"))
-        return for_magic();
-    if (condition == "Mismatch ID between flash file and reader")
-        return to_generate("it was generated for another build, whose description is not this build's");
-    if (condition == "Mismatch version between flash file and reader")
-        return to_generate("its format is of a version that this build does not read");
-    if (has(condition, "file_size > "))
-        return to_generate("it is too short for a database; it may have been cut");
-    return to_generate("it is damaged");
+    const bool is_default_rule = condition == "one_default" || condition == "!one_default";
+    return is_default_rule ? for_default() : tool_database_advice(TOOL_FLASH_DATABASE, condition);
 }
 
 } // namespace
@@ -128,13 +77,13 @@ void tool_set_printing_records(bool is_printing) {
 }
 
 std::unique_ptr<TOVREN_FLASH_MANAGER> tool_load_flashes(unsigned int device_count) {
-    return tool_over_file(database_path(), advice, [device_count] {
+    return tool_over_file(tool_database_path(TOOL_FLASH_DATABASE), advice, [device_count] {
         return std::make_unique<TOVREN_FLASH_MANAGER>(false, device_count, false, is_printing_records);
     });
 }
 
 std::vector<TOVREN_SFL_FLASH_INFO> tool_all_flashes() {
-    const std::string path = database_path();
+    const std::string path = tool_database_path(TOOL_FLASH_DATABASE);
     return tool_over_file(path, advice, [&path] { return TOVREN_FLASH_MANAGER::get_all_flashes(path); });
 }
 

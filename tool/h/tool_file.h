@@ -20,6 +20,9 @@ TOOL_ERROR tool_refusal(const std::string& condition, const TOOL_ADVICE& advice)
 // What the operating system says against reading `file`; empty where it says nothing.
 std::string tool_reading_fault(const std::string& file);
 
+// Both are the same regular file.
+bool tool_is_same_file(const std::string& left, const std::string& right);
+
 // Runs `call`. A report of the library becomes a refusal, with what `advise(report)` returns.
 template <typename ADVISE, typename CALL>
 auto tool_over_file(const std::string& file, ADVISE&& advise, CALL&& call) {

@@ -1,0 +1,136 @@
+// Faults of a flash description: of its cells, and between its rows.
+#include "tool_csv_table.h"
+#include "tool_text.h"
+#include "tovren_flash_manager.h"
+
+#include <algorithm>
+#include <map>
+
+namespace {
+
+using SEVERITY = TOOL_CSV_FAULT::SEVERITY;
+
+// Rows 2, 3 and 7 may have any number of cells.
+bool is_free_row(unsigned int row) {
+    return row == 2 || row == 3 || row == 7;
+}
+
+const std::vector<TOVREN_NAME_VALUE>* no_names(const std::string&) {
+    return nullptr;
+}
+
+const TOOL_CSV_LAYOUT& layout() {
+    static const TOOL_CSV_LAYOUT LAYOUT = {
+        TOVREN_FLASH_MANAGER::m_name_list, TOVREN_FLASH_MANAGER::m_type_list, 8, is_free_row, false, no_names};
+    return LAYOUT;
+}
+
+size_t column_of(const char* member) {
+    const auto& names = TOVREN_FLASH_MANAGER::m_name_list;
+    return static_cast<size_t>(std::find(names.begin(), names.end(), member) - names.begin());
+}
+
+const std::string& cell_of(const TOOL_CSV_ROW& row, const char* member) {
+    return row.cells[column_of(member)];
+}
+
+TOOL_CSV_FAULT fault_at(const TOOL_CSV_ROW& row, const char* member, const std::string& fault, SEVERITY severity) {
+    const size_t column = column_of(member);
+    return {row.line, static_cast<unsigned int>(column + 1), member, row.cells[column], fault, severity};
+}
+
+std::string folded(std::string text) {
+    std::transform(text.begin(), text.end(), text.begin(),
+                   [](char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - ('a' - 'A')) : c; });
+    return text;
+}
+
+bool is_default(const TOOL_CSV_ROW& row) {
+    return cell_of(row, "default_dev") == "TRUE";
+}
+
+bool is_always_shown(const TOOL_CSV_ROW& row) {
+    return folded(cell_of(row, "ini")) == "NONE";
+}
+
+// Of the rows of one name: those that are always shown must have one default among them; where none is always shown,
+// those of one key must.
+void check_defaults(const std::vector<const TOOL_CSV_ROW*>& rows, std::vector<TOOL_CSV_FAULT>& faults) {
+    const TOOL_CSV_ROW* first = nullptr;
+    for (const TOOL_CSV_ROW* row : rows) {
+        if (!is_default(*row))
+            continue;
+        const bool may_meet = first && (is_always_shown(*row) || is_always_shown(*first) ||
+                                        cell_of(*row, "ini") == cell_of(*first, "ini"));
+        if (may_meet)
+            faults.push_back(fault_at(*row, "default_dev",
+                                      tool_quoted(cell_of(*row, "device_name")) + " has its default in line " +
+                                          std::to_string(first->line) + " already",
+                                      SEVERITY::HARMFUL));
+        else if (!first || is_always_shown(*row))
+            first = row;
+    }
+    const auto shown = std::find_if(rows.begin(), rows.end(), [](const auto* row) { return is_always_shown(*row); });
+    const TOOL_CSV_ROW& row = shown == rows.end() ? *rows.front() : **shown;
+    const std::string name = tool_quoted(cell_of(row, "device_name"));
+    if (!first)
+        faults.push_back(fault_at(row, "default_dev", name + " has no default record", SEVERITY::HARMFUL));
+    else if (shown != rows.end() && !is_always_shown(*first))
+        faults.push_back(fault_at(row, "default_dev",
+                                  name + " has its default in line " + std::to_string(first->line) +
+                                      ", which is hidden unless PGM_ALLOW_" + tool_printable(cell_of(*first, "ini")) +
+                                      " is on",
+                                  SEVERITY::HARMFUL));
+}
+
+void check_all_defaults(const std::vector<TOOL_CSV_ROW>& rows, std::vector<TOOL_CSV_FAULT>& faults) {
+    std::map<std::string, std::vector<const TOOL_CSV_ROW*>> by_name;
+    for (const TOOL_CSV_ROW& row : rows)
+        by_name[folded(cell_of(row, "device_name"))].push_back(&row);
+    for (const auto& [name, same] : by_name)
+        check_defaults(same, faults);
+}
+
+// What a row compares, as the text of its cells.
+std::string identification(const TOOL_CSV_ROW& row) {
+    std::string text = cell_of(row, "silicon_id");
+    for (const char* member : {"memory_id", "memory_id_index"})
+        text += ' ' + folded(cell_of(row, member));
+    if (cell_of(row, "silicon_id") == "TRUE")
+        return text;
+    const bool has_type = cell_of(row, "memory_type_index") != "255";
+    for (const char* member : {"memory_type", "memory_type_index", "mfc_id", "mfc_id_index"})
+        if (has_type || std::string(member).find("memory_type") != 0)
+            text += ' ' + folded(cell_of(row, member));
+    return text;
+}
+
+// A row that an earlier one answers for can be selected by name only.
+void check_shadows(const std::vector<TOOL_CSV_ROW>& rows, std::vector<TOOL_CSV_FAULT>& faults) {
+    std::map<std::string, const TOOL_CSV_ROW*> first_rows;
+    for (const TOOL_CSV_ROW& row : rows) {
+        const TOOL_CSV_ROW*& first = first_rows[identification(row)];
+        if (first && (is_always_shown(*first) || cell_of(*first, "ini") == cell_of(row, "ini")))
+            faults.push_back(fault_at(row, "memory_id",
+                                      tool_quoted(cell_of(row, "device_name")) + " is never identified: line " +
+                                          std::to_string(first->line) + ", " +
+                                          tool_quoted(cell_of(*first, "device_name")) + ", answers alike",
+                                      SEVERITY::REMARK));
+        else
+            first = &row;
+    }
+}
+
+} // namespace
+
+std::vector<TOOL_CSV_FAULT> tool_flash_csv_faults(const std::string& file) {
+    TOOL_CSV_TABLE table = tool_read_csv(file, layout());
+    if (table.faults.empty() || table.faults.front().line != 0) {
+        if (table.row_count <= layout().first_data_row)
+            table.faults.push_back({.fault = "there is no flash: " + tool_count_text(table.row_count, "row") +
+                                             ", of which the first 8 are headers"});
+        check_all_defaults(table.rows, table.faults);
+        check_shadows(table.rows, table.faults);
+    }
+    return tool_sorted_faults(std::move(table.faults));
+}
