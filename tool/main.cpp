@@ -8,6 +8,7 @@ void add_groups(TOOL_COMMAND_LINE& line) {
     tool_add_flash_group(line);
     tool_add_device_group(line);
     tool_add_check_group(line);
+    tool_add_db_group(line);
 }
 
 } // namespace
