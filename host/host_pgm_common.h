@@ -24,6 +24,20 @@ public:
     // it must not end the caller's work.
     static bool send_auto_email_file(const std::vector<PGM_COMMON_INI_EMAIL_ADDR_ENUM>& recipients,
                                      const std::string& subject, const std::string& body);
+
+    // The digest of `length` bytes, of `digest_length` bytes: 32 for SHA-256, the only one there is; another length is
+    // an internal error of the host. In a new array, the caller's (array delete).
+    static unsigned char* get_block_sha(const unsigned char* data, unsigned int length, unsigned int digest_length);
+
+    // The CRC of `bit_count` bits from bit `start_bit` on, by a 32-bit register that starts as `initial` and shifts
+    // towards its top bit. `polynomial` has the top bit first, without the leading one (0x04C11DB7). `top_bit_first`
+    // says in which order the bits of a byte are counted and taken. Returns the register as it stands then: not
+    // reflected, not complemented, so that the result may be the initial value of the next call.
+    static unsigned int msb_calculate_crc32(const unsigned char* data, unsigned int start_bit, unsigned int bit_count,
+                                            unsigned int initial, unsigned int polynomial, bool top_bit_first);
+
+    // Whether two texts are equal; without `case_sensitive` letter case aside.
+    static bool compare_string(const std::string& left, const std::string& right, bool case_sensitive);
 };
 
 #endif

@@ -1,6 +1,7 @@
 // Services that the programmer's libraries share.
 #include "host_msg.h"
 #include "host_pgm_common.h"
+#include "host_text.h"
 
 #include <charconv>
 #include <system_error>
@@ -34,4 +35,14 @@ unsigned int PGM_COMMON::convert_string_to_dword(const std::string& text, bool n
     else if (fault != NUMBER_FAULT::NONE)
         MSG_INTERNAL_ERROR::report("Invalid string to DWORD conversion", "STANDALONE", __FILE__, __LINE__);
     return fault == NUMBER_FAULT::NONE ? value : 0;
+}
+
+bool PGM_COMMON::compare_string(const std::string& left, const std::string& right, bool case_sensitive) {
+    if (case_sensitive || left.size() != right.size())
+        return left == right;
+    std::string folded_left = left;
+    std::string folded_right = right;
+    stl_toupper(folded_left);
+    stl_toupper(folded_right);
+    return folded_left == folded_right;
 }
