@@ -2,29 +2,25 @@
 #include "host_mem.h"
 #include "tovren_standalone_host.h"
 
-#include <algorithm>
+#include <list>
 
 namespace {
 
-// Never destroyed: libraries leave it after the program's own objects are gone.
-std::vector<std::string>& registry() {
-    static auto* const prefixes = new std::vector<std::string>;
+// In order of registration; a list, because each registration points to its text. Never destroyed: libraries leave it
+// after the program's own objects are gone.
+std::list<std::string>& registry() {
+    static auto* const prefixes = new std::list<std::string>;
     return *prefixes;
 }
 
 } // namespace
 
-MEM_INITIALIZER::MEM_INITIALIZER(const char* prefix) : m_prefix(prefix) {
-    registry().emplace_back(prefix);
-}
+MEM_INITIALIZER::MEM_INITIALIZER(const char* prefix) : m_prefix(registry().emplace_back(prefix).c_str()) {}
 
 MEM_INITIALIZER::~MEM_INITIALIZER() {
-    auto& prefixes = registry();
-    const auto place = std::find(prefixes.rbegin(), prefixes.rend(), m_prefix);
-    if (place != prefixes.rend())
-        prefixes.erase(std::next(place).base());
+    registry().remove_if([this](const std::string& prefix) { return prefix.c_str() == m_prefix; });
 }
 
 std::vector<std::string> TOVREN_STANDALONE_HOST::get_registered_prefixes() {
-    return registry();
+    return {registry().begin(), registry().end()};
 }
