@@ -2,6 +2,7 @@
 #include "tovren_file.h"
 
 #include <cerrno>
+#include <climits>
 #include <cstdlib>
 #include <fcntl.h>
 #include <memory>
@@ -22,6 +23,20 @@ std::string folder_of(const std::string& path) {
     return slash == std::string::npos ? "./" : path.substr(0, slash + 1);
 }
 
+// Where a file is to be made that a link names ahead of its time. Links in a circle name none: the empty path.
+std::string follow_dangling_links(std::string path) {
+    constexpr int MOST_LINKS = 40; // as the system allows
+    for (int links = 0; links <= MOST_LINKS; ++links) {
+        char target[PATH_MAX];
+        const ssize_t length = readlink(path.c_str(), target, sizeof target);
+        if (length < 0)
+            return path;
+        const std::string next(target, static_cast<size_t>(length));
+        path = next.starts_with('/') ? next : folder_of(path) + next;
+    }
+    return "";
+}
+
 // A rename is on disk once its folder is. A folder that may not be opened for reading is left to the system.
 void flush_folder(const std::string& folder) {
     const int descriptor = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
@@ -35,7 +50,11 @@ void flush_folder(const std::string& folder) {
 
 std::string tovren_follow_links(const std::string& path) {
     const std::unique_ptr<char, decltype(&std::free)> resolved(realpath(path.c_str(), nullptr), &std::free);
-    return resolved ? std::string(resolved.get()) : path;
+    if (resolved)
+        return resolved.get();
+    struct stat status = {};
+    const bool exists = stat(path.c_str(), &status) == 0; // a pipe behind /dev/stdout has no path of its own
+    return exists ? path : follow_dangling_links(path);
 }
 
 TOVREN_FILE_WRITER::TOVREN_FILE_WRITER(const std::string& path, const std::string& temporary)

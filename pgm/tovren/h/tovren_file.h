@@ -5,7 +5,7 @@
 #include <span>
 #include <string>
 
-// The file that `path` leads to: itself, unless it is a link to one.
+// The file that `path` leads to: itself, unless it is a link. The file need not exist yet. Empty for links in a circle.
 std::string tovren_follow_links(const std::string& path);
 
 // Writes beside the target and renames over it on commit(), so that the target is always a whole old or a whole new
