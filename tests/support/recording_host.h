@@ -1,0 +1,28 @@
+// A host that writes down how it is called. It stands in for the standalone host where the calls themselves are under
+// test; what it answers is set by the test.
+#ifndef TESTS_SUPPORT_RECORDING_HOST_H
+#define TESTS_SUPPORT_RECORDING_HOST_H
+
+#include <functional>
+#include <set>
+#include <string>
+#include <vector>
+
+// What a report throws.
+struct RECORDED_REPORT {
+    std::string expression;
+};
+
+struct RECORDING_HOST {
+    // "cfg_is_on(PGM_ALLOW_X, false)", in the order of the calls. Text helpers are not written down.
+    std::vector<std::string> calls;
+
+    std::string device_db_root;
+    std::set<std::string> switches_on;
+    std::function<int()> on_debug_message; // gives what msg_local_vdebug returns; 0 without it
+};
+
+// The process's one.
+RECORDING_HOST& recording_host();
+
+#endif
