@@ -9,6 +9,9 @@ void add_groups(TOOL_COMMAND_LINE& line) {
     tool_add_device_group(line);
     tool_add_check_group(line);
     tool_add_db_group(line);
+    tool_add_name_group(line);
+    tool_add_opn_group(line);
+    tool_add_enum_group(line);
 }
 
 } // namespace

@@ -7,6 +7,9 @@ class TOOL_COMMAND_LINE;
 void tool_add_check_group(TOOL_COMMAND_LINE& line);
 void tool_add_db_group(TOOL_COMMAND_LINE& line);
 void tool_add_device_group(TOOL_COMMAND_LINE& line);
+void tool_add_enum_group(TOOL_COMMAND_LINE& line);
 void tool_add_flash_group(TOOL_COMMAND_LINE& line);
+void tool_add_name_group(TOOL_COMMAND_LINE& line);
+void tool_add_opn_group(TOOL_COMMAND_LINE& line);
 
 #endif

@@ -1,0 +1,208 @@
+// `tovren name explain`.
+#include "tool_name_explain.h"
+
+#include "host_dev.h"
+#include "host_text.h"
+#include "tool_error.h"
+#include "tool_table.h"
+#include "tool_text.h"
+#include "tovren_device_grammar_mgr.h"
+#include "tovren_mgr.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <iostream>
+#include <nlohmann/json.hpp>
+#include <unistd.h>
+
+namespace {
+
+using GRAMMAR = TOVREN_DEVICE_GRAMMAR_MGR;
+
+constexpr unsigned int NO_OPN = 0xFFFFFFFF;
+constexpr unsigned long long NO_HASH = 0xFFFFFFFFFFFFFFFF;
+
+// From a part, a device or a part file to the rest. A family alone leads nowhere further.
+TOOL_NAME_ANSWERS::RESOLVED resolve(const TOOL_NAME_ANSWERS& answers) {
+    TOOL_NAME_ANSWERS::RESOLVED resolved;
+    resolved.catalogue_part = answers.full_name;
+    const DEV_PART_MANAGER catalogue;
+    DEV_DEVICE_ENUM device = catalogue.get_device_of(dstr_get_dev_part_enum_by_string(answers.full_name));
+    if (device == DEV_DEVICE_INVALID)
+        device = dstr_get_dev_device_enum_by_string(answers.standardised);
+    if (device == DEV_DEVICE_INVALID)
+        device = dstr_get_dev_device_enum_by_string(GRAMMAR::get_pcf_device(std::string(answers.standardised)));
+    resolved.device = dstr_get_user_string(device);
+    resolved.family = dstr_get_user_string(catalogue.get_family_of(device));
+    if (resolved.family.empty())
+        resolved.family = answers.family;
+    if (!resolved.device.empty())
+        GRAMMAR::get_dev_pcfs(std::string(resolved.device), resolved.dev_part_pcf, resolved.dev_family_pcf);
+    return resolved;
+}
+
+// ---- output ----
+
+nlohmann::ordered_json text_or_null(const std::string& text) {
+    return text.empty() ? nlohmann::ordered_json() : nlohmann::ordered_json(text);
+}
+
+nlohmann::ordered_json as_json(const TOOL_NAME_ANSWERS& answers) {
+    nlohmann::ordered_json object;
+    object["input"] = answers.input;
+    object["standardised"] = answers.standardised;
+    object["package_name"] = text_or_null(answers.package_name);
+    object["pgm_name"] = text_or_null(answers.pgm_name);
+    object["pgm_part_pcf"] = text_or_null(answers.pgm_part_pcf);
+    object["pgm_family_pcf"] = text_or_null(answers.pgm_family_pcf);
+    object["dev_part_pcf"] = text_or_null(answers.dev_part_pcf);
+    object["dev_family_pcf"] = text_or_null(answers.dev_family_pcf);
+    object["family"] = text_or_null(answers.family);
+    object["use_package_name"] = answers.use_package_name;
+    object["use_full_name"] = answers.use_full_name;
+    object["full_name"] = text_or_null(answers.full_name);
+    object["opn_enum"] = answers.opn_enum ? nlohmann::ordered_json(*answers.opn_enum) : nlohmann::ordered_json();
+    object["opn_hash"] = text_or_null(answers.opn_hash);
+    object["resolved"] = {{"catalogue_part", text_or_null(answers.resolved.catalogue_part)},
+                          {"device", text_or_null(answers.resolved.device)},
+                          {"family", text_or_null(answers.resolved.family)},
+                          {"dev_part_pcf", text_or_null(answers.resolved.dev_part_pcf)},
+                          {"dev_family_pcf", text_or_null(answers.resolved.dev_family_pcf)}};
+    return object;
+}
+
+void write_table(const TOOL_NAME_ANSWERS& answers, const TOOL_OUTPUT& output) {
+    const auto or_dash = [](const std::string& text) { return text.empty() ? "-" : text; };
+    TOOL_TABLE table({{"What"}, {"Answer"}});
+    table.add_row({"name", answers.standardised});
+    table.add_row({"package-level name", answers.package_name});
+    table.add_row({"programmer name", answers.pgm_name});
+    table.add_row({"programmer part file", or_dash(answers.pgm_part_pcf)});
+    table.add_row({"programmer family file", or_dash(answers.pgm_family_pcf)});
+    table.add_row({"known by its package-level name", answers.use_package_name ? "yes" : "no"});
+    table.add_row({"known by its full name", answers.use_full_name ? "yes" : "no"});
+    table.add_row({"catalogue part", or_dash(answers.resolved.catalogue_part)});
+    table.add_row({"device", or_dash(answers.resolved.device)});
+    table.add_row({"device part file", or_dash(answers.resolved.dev_part_pcf)});
+    table.add_row({"device family file", or_dash(answers.resolved.dev_family_pcf)});
+    table.add_row({"family", or_dash(answers.resolved.family)});
+    table.add_row({"ordering index", answers.opn_enum ? std::to_string(*answers.opn_enum) : "-"});
+    table.add_row({"ordering hash", or_dash(answers.opn_hash)});
+    table.write(output);
+}
+
+void complain_about(const TOOL_NAME_ANSWERS& answers) {
+    tool_complain("there is no name " + tool_quoted(answers.standardised));
+    const std::string guess = tool_did_you_mean(GRAMMAR::get_near_names(answers.standardised));
+    if (!guess.empty())
+        tool_note("  " + guess);
+}
+
+// ---- several names ----
+
+// How far a long run has come, on standard error where that is a terminal.
+class PROGRESS {
+public:
+    explicit PROGRESS(size_t total) : m_total(total), m_is_shown(total > 1 && isatty(STDERR_FILENO) == 1) {}
+    ~PROGRESS() {
+        if (m_is_shown)
+            std::fputs("\r\x1b[K", stderr);
+    }
+    PROGRESS(const PROGRESS&) = delete;
+    PROGRESS& operator=(const PROGRESS&) = delete;
+
+    void advance() {
+        const size_t percent = ++m_done * 100 / m_total;
+        if (!m_is_shown || percent == m_percent)
+            return;
+        m_percent = percent;
+        constexpr size_t WIDTH = 40;
+        const size_t filled = m_done * WIDTH / m_total;
+        const std::string bar = std::string(filled, '#') + std::string(WIDTH - filled, '.');
+        std::fprintf(stderr, "\r[%s] %3zu %%", bar.c_str(), percent);
+    }
+
+private:
+    size_t m_total;
+    size_t m_done = 0;
+    size_t m_percent = 101;
+    bool m_is_shown;
+};
+
+// The names asked for, those of standard input put in for -. Blank lines are none.
+std::vector<std::string> all_names(const std::vector<std::string>& given) {
+    std::vector<std::string> names;
+    for (const std::string& name : given) {
+        if (name != "-") {
+            names.push_back(name);
+            continue;
+        }
+        for (std::string line; std::getline(std::cin, line);) {
+            if (!line.empty() && line.back() == '\r')
+                line.pop_back();
+            if (line.find_first_not_of(" \t") != std::string::npos)
+                names.push_back(line);
+        }
+    }
+    return names;
+}
+
+} // namespace
+
+bool TOOL_NAME_ANSWERS::is_known() const {
+    return package_name != standardised || pgm_name != standardised || use_package_name || !pgm_part_pcf.empty() ||
+           !dev_part_pcf.empty() || !family.empty() || !full_name.empty() || !resolved.device.empty() ||
+           dstr_get_dev_family_enum_by_string(standardised) != DEV_FAMILY_INVALID;
+}
+
+std::string tool_opn_hash_text(unsigned long long hash) {
+    if (hash == NO_HASH)
+        return "";
+    char text[32];
+    std::snprintf(text, sizeof text, "0x%012llx", hash);
+    return text;
+}
+
+// Every question gets a copy of its own: the library standardises what it is asked in place.
+TOOL_NAME_ANSWERS tool_explain_name(const std::string& name) {
+    TOOL_NAME_ANSWERS answers;
+    answers.input = name;
+    answers.standardised = name;
+    standardize_name(answers.standardised);
+    const std::string& asked = answers.standardised;
+    answers.package_name = GRAMMAR::get_package_name(std::string(asked), false);
+    answers.pgm_name = GRAMMAR::get_pgm_name(std::string(asked), false, false);
+    GRAMMAR::get_pgm_pcfs(std::string(asked), answers.pgm_part_pcf, answers.pgm_family_pcf);
+    GRAMMAR::get_dev_pcfs(std::string(asked), answers.dev_part_pcf, answers.dev_family_pcf);
+    answers.family = GRAMMAR::get_family(std::string(asked));
+    answers.use_package_name = GRAMMAR::use_package_name(std::string(asked));
+    answers.use_full_name = GRAMMAR::use_full_name(std::string(asked));
+    answers.full_name = TOVREN_MGR::find_possible_full_name(asked);
+    if (const unsigned int opn = TOVREN_MGR::get_opn_enum(asked); opn != NO_OPN)
+        answers.opn_enum = opn;
+    answers.opn_hash = tool_opn_hash_text(TOVREN_MGR::get_opn_hash(asked));
+    answers.resolved = resolve(answers);
+    return answers;
+}
+
+int tool_name_explain(const std::vector<std::string>& given, const TOOL_OUTPUT& output) {
+    const std::vector<std::string> names = all_names(given);
+    const bool is_one = names.size() == 1 && given.front() != "-";
+    PROGRESS progress(names.size());
+    int result = TOOL_EXIT_DONE;
+    for (const std::string& name : names) {
+        const TOOL_NAME_ANSWERS answers = tool_explain_name(name);
+        if (output.is_json())
+            output.write_json(as_json(answers), is_one ? 2 : -1);
+        else if (answers.is_known())
+            write_table(answers, output);
+        if (!answers.is_known()) {
+            complain_about(answers);
+            result = TOOL_EXIT_NOT_FOUND;
+        } else if (!output.is_json() && &name != &names.back()) {
+            output.write("\n");
+        }
+        progress.advance();
+    }
+    return result;
+}
