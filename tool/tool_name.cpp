@@ -153,7 +153,6 @@ void tool_add_name_group(TOOL_COMMAND_LINE& line) {
 
     const auto map = std::make_shared<std::optional<std::string>>();
     group
-        .add_verb("maps", "The maps that relate names",
-                  [map](const TOOL_OUTPUT& output) { return maps(*map, output); })
+        .add_verb("maps", "The maps that relate names", [map](const TOOL_OUTPUT& output) { return maps(*map, output); })
         .argument("MAP", *map, "One of them, by name or number");
 }

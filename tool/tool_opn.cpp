@@ -103,9 +103,8 @@ PGM_ENUM_TYPE type_of(const std::string& verb, const std::string& text) {
     for (unsigned int type = 0; type < PGM_ENUM_TYPE_MAX; ++type)
         if (tool_equal_ignoring_case(text, TYPE_NAMES[type]) || text == std::to_string(type))
             return PGM_ENUM_TYPE(type);
-    throw tool_usage_error("enum " + verb,
-                           tool_quoted(text) + " is no type (there are: " +
-                               tool_join({std::begin(TYPE_NAMES), std::end(TYPE_NAMES)}, ", ") + ')');
+    throw tool_usage_error("enum " + verb, tool_quoted(text) + " is no type (there are: " +
+                                               tool_join({std::begin(TYPE_NAMES), std::end(TYPE_NAMES)}, ", ") + ')');
 }
 
 int list_type(const std::string& type_text, const TOOL_OUTPUT& output) {
@@ -131,8 +130,10 @@ void write_check(PGM_ENUM_TYPE type, const std::string* name, std::optional<unsi
             output.write(std::to_string(*value) + ' ' + (name->empty() ? "(none)" : *name) + '\n');
         return;
     }
-    nlohmann::ordered_json object = {
-        {"type", TYPE_NAMES[type]}, {"name", nullptr}, {"value", nullptr}, {"supported", is_supported}};
+    nlohmann::ordered_json object = {{"type", TYPE_NAMES[type]},
+                                     {"name", nullptr},
+                                     {"value", nullptr},
+                                     {"supported", is_supported}};
     if (name)
         object["name"] = *name;
     if (value)
@@ -146,8 +147,8 @@ int check_value(PGM_ENUM_TYPE type, unsigned int value, const TOOL_OUTPUT& outpu
     write_check(type, is_supported ? &name : nullptr, value, is_supported, output);
     if (!is_supported)
         throw TOOL_ERROR(TOOL_EXIT_NOT_FOUND, std::string(TYPE_NAMES[type]) + " has no entry " + std::to_string(value),
-                         {"Its values go from 1 to " +
-                          std::to_string(PGM_SUPPORTED_ENUM_TYPE_MAP[type].count - 1) + '.'});
+                         {"Its values go from 1 to " + std::to_string(PGM_SUPPORTED_ENUM_TYPE_MAP[type].count - 1) +
+                          '.'});
     return TOOL_EXIT_DONE;
 }
 
