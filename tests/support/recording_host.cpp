@@ -10,6 +10,7 @@
 #include "host_text.h"
 #include "host_ver.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -115,6 +116,34 @@ bool PGM_COMMON::send_auto_email_file(const std::vector<PGM_COMMON_INI_EMAIL_ADD
                                       const std::string&) {
     record("send_auto_email_file(" + subject + ")");
     return true;
+}
+
+// Every byte of the digest is the last one of the data.
+unsigned char* PGM_COMMON::get_block_sha(const unsigned char* data, unsigned int length, unsigned int digest_length) {
+    record("get_block_sha(" + std::string(reinterpret_cast<const char*>(data), length) + ", " + std::to_string(length) +
+           ", " + std::to_string(digest_length) + ")");
+    auto* const digest = new unsigned char[digest_length];
+    std::fill_n(digest, digest_length, length > 0 ? data[length - 1] : 0);
+    return digest;
+}
+
+unsigned int PGM_COMMON::msb_calculate_crc32(const unsigned char* data, unsigned int start_bit, unsigned int bit_count,
+                                             unsigned int initial, unsigned int polynomial, bool top_bit_first) {
+    char call[100];
+    snprintf(call, sizeof call, "msb_calculate_crc32(%u, %u, %08X, %08X, %s)", start_bit, bit_count, initial,
+             polynomial, text_of(top_bit_first));
+    record(call);
+    unsigned int crc = initial;
+    for (unsigned int bit = start_bit; bit < start_bit + bit_count; ++bit) {
+        const bool is_one = ((crc >> 31) != 0) != ((data[bit / 8] >> (7 - bit % 8) & 1) != 0);
+        crc = (crc << 1) ^ (is_one ? polynomial : 0);
+    }
+    return crc;
+}
+
+bool PGM_COMMON::compare_string(const std::string& left, const std::string& right, bool case_sensitive) {
+    record("compare_string(" + left + ", " + right + ", " + text_of(case_sensitive) + ")");
+    return left == right;
 }
 
 // ---- a catalogue of nothing but the generic values ----
