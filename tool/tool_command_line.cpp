@@ -56,7 +56,7 @@ TOOL_ERROR wrong_choice(const CLI::App& app, const CLI::App& chosen) {
     const std::vector<std::string> known = child_names(chosen);
     const std::string word = unexpected(app, true);
     const std::string fault = word.empty() ? "a " + kind + " is missing" : tool_quoted(word) + " is no " + kind;
-    const std::string guess = tool_did_you_mean(tool_nearest_names(word, known));
+    const std::string guess = word.empty() ? "" : tool_did_you_mean(tool_nearest_names(word, known));
     return tool_usage_error(command_of(app), fault + " (there are: " + tool_join(known, ", ") + ')',
                             guess.empty() ? std::vector<std::string>() : std::vector<std::string>{guess});
 }
