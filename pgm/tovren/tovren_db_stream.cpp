@@ -124,7 +124,7 @@ std::unique_ptr<unsigned char[]> db_compress(const unsigned char* data, unsigned
                                                                                &std::free);
     TOVREN_CHECK(compressed_data != NULL);
 
-    auto compressed_count = static_cast<unsigned int>(std::min<size_t>(room, INVALID_DWORD));
+    auto compressed_count = static_cast<unsigned int>(std::min<size_t>(room, INVALID_DWORD - offset));
     TOVREN_CHECK_TEXT(zlib_compress(compressed_data.get(), &compressed_count, data + offset, count - offset) == ZLIB_OK,
                       "zlib_compress(compressed_data, &compressed_count, data + offset, count - offset) == ZLIB_OK");
 
