@@ -60,8 +60,6 @@ unsigned int TOVREN_FLASH_MANAGER::check_flash_file(FIO_PATH csv, unsigned int& 
     device_count = 0;
     size_t size = DB_PAYLOAD_HEADER_SIZE + DB_MARKER_SIZE;
     CSV_READER input(csv);
-    const bool status = input.is_good();
-
     std::vector<std::string> svec;
     for (unsigned int row = 0; input.next(svec); ++row) {
         if (!is_free_row(row))
@@ -75,6 +73,7 @@ unsigned int TOVREN_FLASH_MANAGER::check_flash_file(FIO_PATH csv, unsigned int& 
             ++device_count;
         }
     }
+    const bool status = input.is_good();
     TOVREN_CHECK(status && device_count > 0);
     TOVREN_CHECK_TEXT(size + DB_HEADER_SIZE <= std::numeric_limits<unsigned int>::max(), "pure_memory_size > 0");
     return static_cast<unsigned int>(size);

@@ -17,8 +17,8 @@ class CSV_READER {
 public:
     explicit CSV_READER(const FIO_PATH& csv);
 
-    // Whether the file could be opened.
-    bool is_good() const { return m_is_good; }
+    // Whether the file could be opened and, so far, read. False behind the last line means that lines may be missing.
+    bool is_good() const { return m_is_good && !m_input.bad(); }
 
     // The next line that is not blank, without the white space at its ends. False at the end of the file.
     bool next_line(std::string& line);
