@@ -10,7 +10,7 @@
 
 namespace {
 
-constexpr size_t MOST_BYTES = 255;
+constexpr size_t MOST_BYTES = 256; // reaches every index that a record can hold
 constexpr size_t LEAST_BYTES = 3;
 constexpr char COMMAND[] = "flash identify";
 constexpr char STANDARD_INPUT[] = "-";
@@ -58,7 +58,7 @@ TOOL_FLASH_ID read_id(const std::string& text, const std::string& place, bool is
                      {"Bytes with blanks between go in quotes (\"20 BA 18\"); for a silicon ID add --silicon-id."});
     }
     if (id.bytes.size() > MOST_BYTES)
-        throw bad_id(place, text, "at most 255 bytes are taken, this is " + tool_count_text(id.bytes.size(), "byte"));
+        throw bad_id(place, text, "at most 256 bytes are taken, this is " + tool_count_text(id.bytes.size(), "byte"));
     return id;
 }
 

@@ -14,7 +14,7 @@ attempt 20BA18,
 attempt 0x
 attempt 2 0 BA18
 attempt "$(printf '20\033[31m18')"
-attempt "$(printf '%0512d' 0)"
+attempt "$(printf '%0514d' 0)"
 attempt --silicon-id ''
 attempt - -
 attempt - < /dev/null

@@ -8,4 +8,4 @@ ids() {
     tovren --db-root db flash identify "$@" --json |
         python3 -c 'import json, sys; print(*[(d["index"], d["candidates"]) for d in json.load(sys.stdin)["devices"]])'
 }
-ids 20BA18 20BA1800 20BA180000 20BB18 "20BA18$(printf '%0502d' 0)" "20BA18$(printf '%0504d' 0)"
+ids 20BA18 20BA1800 20BA180000 20BB18 "20BA18$(printf '%0502d' 0)" "20BA18$(printf '%0504d' 0)" "20BA18$(printf '%0506d' 0)"
