@@ -53,6 +53,7 @@ TOOL_ADVICE generation_advice(const GENERATE_OPTIONS& options, const TOOL_REPORT
 int generate(const GENERATE_OPTIONS& options, const TOOL_OUTPUT& output) {
     if (tool_is_same_file(options.csv, options.output))
         throw tool_usage_error("device generate", "CSV and OUT are the same file");
+    tool_need_regular_file(options.csv);
     if (options.product_root)
         TOVREN_STANDALONE_HOST::set_product_root(*options.product_root);
     TOVREN_DEV_INFO_MANAGER manager(true, 0);

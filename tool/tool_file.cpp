@@ -35,3 +35,11 @@ bool tool_is_same_file(const std::string& left, const std::string& right) {
            S_ISREG(left_status.st_mode) && left_status.st_dev == right_status.st_dev &&
            left_status.st_ino == right_status.st_ino;
 }
+
+void tool_need_regular_file(const std::string& file) {
+    struct stat status = {};
+    if (stat(file.c_str(), &status) == 0 && !S_ISREG(status.st_mode) && !S_ISDIR(status.st_mode))
+        throw TOOL_ERROR(TOOL_EXIT_REFUSED,
+                         tool_printable(file) + ": it is no regular file, and it is read more than once",
+                         {"next: write the description to a file and name that"});
+}

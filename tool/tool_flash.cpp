@@ -55,6 +55,7 @@ unsigned int generate_database(const GENERATE_OPTIONS& options) {
 int generate(const GENERATE_OPTIONS& options, const TOOL_OUTPUT& output) {
     if (tool_is_same_file(options.csv, options.output))
         throw tool_usage_error("flash generate", "CSV and OUT are the same file");
+    tool_need_regular_file(options.csv);
     const unsigned int count = generate_database(options);
     for (const std::string& line : tool_csv_fault_lines(tool_flash_csv_faults(options.csv), options.csv, false))
         tool_note("warning: " + line);

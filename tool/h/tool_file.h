@@ -23,6 +23,9 @@ std::string tool_reading_fault(const std::string& file);
 // Both are the same regular file.
 bool tool_is_same_file(const std::string& left, const std::string& right);
 
+// Ends the command for a pipe and the like: the generators read their description more than once.
+void tool_need_regular_file(const std::string& file);
+
 // Runs `call`. A report of the library becomes a refusal, with what `advise(report)` returns.
 template <typename ADVISE, typename CALL>
 auto tool_over_file(const std::string& file, ADVISE&& advise, CALL&& call) {
