@@ -199,8 +199,10 @@ int show_index(const std::string& text, const TOVREN_FLASH_MANAGER& manager, con
         throw tool_usage_error("flash show", "--index: " + tool_quoted(text) + " is not a number");
     if (const TOVREN_SFL_FLASH_INFO* flash = manager.get_flash(*index))
         return show_record(*flash, *index, output);
+    const unsigned int count = manager.get_flash_count();
     return not_found(output, "there is no flash " + text,
-                     {"The indexes are 0 to " + std::to_string(manager.get_flash_count() - 1) + "."});
+                     {count > 0 ? "The indexes are 0 to " + std::to_string(count - 1) + "."
+                                : "All flashes are hidden; `tovren flash list --all` tells what shows them."});
 }
 
 // A name that has records but no default that is loaded.
