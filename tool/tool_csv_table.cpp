@@ -102,6 +102,7 @@ private:
         if (std::any_of(known.begin(), known.end(), is_named))
             return;
         std::vector<std::string> names;
+        names.reserve(known.size());
         for (const TOVREN_NAME_VALUE& entry : known)
             names.push_back(entry.name);
         const std::string guess = tool_did_you_mean(tool_nearest_names(cell, names));
