@@ -234,14 +234,14 @@ TEST_F(FlashGenerate, NeedsTheNamesInTheirOrder) {
 }
 
 TEST_F(FlashGenerate, NeedsAllCellsInTheHeaderRows0And1And4To6) {
-    for (const size_t row : {0, 1, 4, 5, 6}) {
+    for (const size_t row : {0U, 1U, 4U, 5U, 6U}) {
         for (const unsigned int count : {1U, 5U, 32U, 34U})
             EXPECT_REPORT(check(with_header(row, cells(count))), ROW_SIZE, IN_FLASH_GENERATE) << row << ' ' << count;
     }
 }
 
 TEST_F(FlashGenerate, TakesAnyNumberOfCellsInTheHeaderRows2And3And7) {
-    for (const size_t row : {2, 3, 7}) {
+    for (const size_t row : {2U, 3U, 7U}) {
         for (const unsigned int count : {1U, 5U, 32U, 33U, 34U, 200U})
             EXPECT_NO_REPORT(check(with_header(row, cells(count)))) << row << ' ' << count;
     }
@@ -412,7 +412,7 @@ private:
 TEST_F(FlashGenerate, LeavesTheOlderOutputWholeOnAFullDisk) {
     write_text(output, "older");
     write_text(csv_path, FLASH_CSV({make_flash("QX1")}).text());
-    for (const rlim_t size : {0, 1, 44, 100}) {
+    for (const rlim_t size : {0U, 1U, 44U, 100U}) {
         std::optional<REPORT> report;
         {
             const FULL_DISK full(size);
