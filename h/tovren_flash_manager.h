@@ -45,7 +45,8 @@ public:
     void initialize_flash_database(FIO_PATH flash_file);
 
     // Loads the records of a whole decompressed payload. Returns 0. The payload's end is not marked in the bytes: a
-    // caller other than initialize_flash_database owes a payload that is complete.
+    // caller other than initialize_flash_database owes a payload that is complete. Replaces what was loaded before and
+    // unmaps every device.
     unsigned int parse_database(unsigned char* data);
 
     // Reads the 33 members of one record at `index` into record `slot` and advances `index` past them. Returns whether
@@ -57,7 +58,8 @@ public:
     bool enable_device(unsigned int index);
 
     // Requires that each device_name of the records `first` to `first` + m_flash_count - 1 has exactly one default:
-    // reports "one_default" for the first name without one, "!one_default" for the first with two.
+    // reports "one_default" for the first name without one, "!one_default" for the first with two. Those records must
+    // be there: after a load `first` is 0.
     void confirm_default_value(unsigned int first);
 
     // Fills m_ext_flash_info from the first entry of the definition list that the host's settings hold, or clears it:

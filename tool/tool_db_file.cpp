@@ -21,6 +21,7 @@ constexpr size_t HEADER_SIZE = MAGIC_SIZE + MD5_SIZE + 4;
 constexpr size_t CHECK_SIZE = 2;
 constexpr unsigned int VERSION = 1;
 constexpr size_t INFLATE_STEP = 1 << 16;
+constexpr unsigned int LARGEST_FILE = 64 << 20;
 constexpr unsigned int LARGEST_PAYLOAD = 64 << 20; // of what is taken apart; no table comes near it
 
 using BYTES = std::vector<unsigned char>;
@@ -106,6 +107,14 @@ private:
     void read_file(const std::string& path) {
         if (const std::string fault = tool_reading_fault(path); !fault.empty())
             throw TOOL_DB_FAULT{"file", 0, fault};
+        FIO_STATUS status;
+        if (!FIO_FILE_SYSTEM::status(path.c_str(), &status))
+            throw TOOL_DB_FAULT{"file", 0, "it is not a regular file"};
+        m_file.file_size = status.size;
+        if (status.size > LARGEST_FILE)
+            throw TOOL_DB_FAULT{"file", 0,
+                                "it has " + tool_count_text(status.size, "byte") +
+                                    "; more than 64 MiB are not taken apart"};
         std::ifstream input(path, std::ios::binary);
         const BYTES bytes{std::istreambuf_iterator<char>(input), {}};
         m_file.file_size = bytes.size();

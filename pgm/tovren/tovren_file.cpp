@@ -91,9 +91,9 @@ TOVREN_FILE_WRITER::~TOVREN_FILE_WRITER() {
 void TOVREN_FILE_WRITER::write(std::span<const unsigned char> bytes) {
     while (!m_failed && !bytes.empty()) {
         const ssize_t written = ::write(m_descriptor, bytes.data(), bytes.size());
-        if (written >= 0)
+        if (written > 0)
             bytes = bytes.subspan(static_cast<size_t>(written));
-        else if (errno != EINTR)
+        else if (written == 0 || errno != EINTR)
             m_failed = true;
     }
 }

@@ -87,6 +87,8 @@ unsigned int TOVREN_FLASH_MANAGER::parse_database(unsigned char* data) {
         ++m_flash_count;
     }
     m_ini_count = 0;
+    if (m_device_to_flash_map) // of the records before
+        std::fill_n(m_device_to_flash_map.get(), m_device_count, INVALID_DWORD);
     for (unsigned int i = 0; m_debug != 0 && i < m_flash_count; ++i)
         print_database(i);
     return 0;
