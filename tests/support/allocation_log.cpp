@@ -68,6 +68,12 @@ void ALLOCATION_LOG::note(ALLOCATION_EVENT::KIND kind, void* address, size_t siz
         recorded[recorded_count++] = {kind, address, size};
 }
 
+void* operator new(size_t size, const std::nothrow_t&) noexcept {
+    return std::malloc(std::max<size_t>(size, 1));
+}
+void* operator new[](size_t size, const std::nothrow_t&) noexcept {
+    return std::malloc(std::max<size_t>(size, 1));
+}
 void* operator new(size_t size) {
     return allocate(size);
 }
