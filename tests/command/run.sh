@@ -39,6 +39,7 @@ run_case() { # NAME FOLDER: leaves stdout, stderr and exit in FOLDER
             bash "$here/cases/$1.sh" > "$2/stdout" 2> "$2/stderr" < /dev/null
         echo $? > "$2/exit"
     )
+    sed -i "s|$here/|tests/command/|g" "$2/stdout" "$2/stderr" # where the tree lies is not part of an answer
 }
 
 matches_lines() { # FILE PATTERNS: line by line
