@@ -30,6 +30,15 @@ enum TOVREN_FLASH_INI_ENUM : unsigned int {
     TOVREN_FLASH_INI_MAX = 3,
 };
 
+// What stands at the file's place.
+enum TOVREN_FLASH_INI_FILE_ENUM : unsigned int {
+    TOVREN_FLASH_INI_FILE_MISSING = 0,
+    TOVREN_FLASH_INI_FILE_UNREADABLE = 1, // there is something, but it is no file, or may not be read
+    TOVREN_FLASH_INI_FILE_DAMAGED = 2,    // it does not verify: for readers it has no section
+    TOVREN_FLASH_INI_FILE_SOUND = 3,
+    TOVREN_FLASH_INI_FILE_MAX = 4,
+};
+
 // What a value is, and how it stands in a section; numbers have their least significant byte first.
 enum TOVREN_PARAM_TYPE : unsigned int {
     TOVREN_PARAM_STRING = 1, // the characters and a zero byte; a text with a zero byte in it is read up to that
@@ -47,6 +56,10 @@ extern TOVREN_API const std::string TOVREN_FLASH_INI_CONST_STRING;        // the
 class TOVREN_API TOVREN_FLASH_INI {
 public:
     // ---- the file ----
+
+    // Where the file stands, and in what state. Neither reports.
+    static std::string get_flash_ini_path();
+    static TOVREN_FLASH_INI_FILE_ENUM get_flash_ini_file_state();
 
     // A copy of a section (the caller's, array delete) and its size in bytes; null and 0 where there is none. Any fault
     // anywhere in the file means that it has no section at all. Never reports; needs no right to write.

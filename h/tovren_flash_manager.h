@@ -195,6 +195,9 @@ public:
     // the input counts as an empty answer.
     void gen_flash_ini();
 
+    // The same dialogue. Returns the encoded text that it printed, empty where it ended without one.
+    std::string prompt_flash_ini();
+
     // Asks for one flash. False, with an empty definition, at the first answer that is refused.
     bool prompt_flash_info(std::string& definition);
 

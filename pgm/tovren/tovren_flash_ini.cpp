@@ -48,12 +48,7 @@ struct SECTION {
     unsigned int size = 0;
 };
 
-enum class FILE_STATE : unsigned char {
-    MISSING,
-    UNREADABLE, // there is something, but it is no file, or may not be read
-    DAMAGED,
-    SOUND,
-};
+using FILE_STATE = TOVREN_FLASH_INI_FILE_ENUM;
 
 std::string file_path() {
     return gen_get_module_path() + "/pgm_flash.ini";
@@ -84,14 +79,14 @@ private:
 
     std::ifstream m_input;
     QWORD m_size = 0;
-    FILE_STATE m_state = FILE_STATE::MISSING; // SOUND: open
+    FILE_STATE m_state = TOVREN_FLASH_INI_FILE_MISSING; // SOUND: open
 };
 
 READER::READER(const std::string& path) {
     FIO_STATUS status;
     if (!FIO_FILE_SYSTEM::exists(path.c_str()))
         return;
-    m_state = FILE_STATE::UNREADABLE;
+    m_state = TOVREN_FLASH_INI_FILE_UNREADABLE;
     if (!FIO_FILE_SYSTEM::status(path.c_str(), &status)) // a pipe would be waited for
         return;
     m_input.open(path, std::ios::in | std::ios::binary | std::ios::ate);
@@ -100,19 +95,19 @@ READER::READER(const std::string& path) {
         return;
     m_input.seekg(0);
     m_size = static_cast<QWORD>(size);
-    m_state = FILE_STATE::SOUND;
+    m_state = TOVREN_FLASH_INI_FILE_SOUND;
 }
 
 FILE_STATE READER::find(unsigned int section, ENTRY& found) {
-    if (m_state != FILE_STATE::SOUND)
+    if (m_state != TOVREN_FLASH_INI_FILE_SOUND)
         return m_state;
     unsigned char header[HEADER_SIZE];
     if (m_size <= HEADER_SIZE)
-        return FILE_STATE::DAMAGED;
+        return TOVREN_FLASH_INI_FILE_DAMAGED;
     if (!read(header))
-        return FILE_STATE::UNREADABLE;
+        return TOVREN_FLASH_INI_FILE_UNREADABLE;
     if (std::memcmp(header, TOVREN_FLASH_INI_CONST_STRING.data(), MAGIC_SIZE) != 0)
-        return FILE_STATE::DAMAGED;
+        return TOVREN_FLASH_INI_FILE_DAMAGED;
     return walk(dword_at(header + MAGIC_SIZE), section, found);
 }
 
@@ -120,20 +115,20 @@ FILE_STATE READER::find(unsigned int section, ENTRY& found) {
 FILE_STATE READER::walk(unsigned int entry_count, unsigned int section, ENTRY& found) {
     QWORD end = HEADER_SIZE + static_cast<QWORD>(ENTRY_SIZE) * entry_count;
     if (end > m_size)
-        return FILE_STATE::DAMAGED;
+        return TOVREN_FLASH_INI_FILE_DAMAGED;
     for (unsigned int i = 0; i < entry_count; ++i) {
         unsigned char bytes[ENTRY_SIZE];
         if (!read(bytes))
-            return FILE_STATE::UNREADABLE;
+            return TOVREN_FLASH_INI_FILE_UNREADABLE;
         const ENTRY entry = {dword_at(bytes), dword_at(bytes + 4)};
         const bool is_in_place = entry.offset == 0 ? entry.size == 0 : entry.offset == end && entry.size != 0;
         end += entry.size;
         if (!is_in_place || end > m_size)
-            return FILE_STATE::DAMAGED;
+            return TOVREN_FLASH_INI_FILE_DAMAGED;
         if (i == section)
             found = entry;
     }
-    return end == m_size ? FILE_STATE::SOUND : FILE_STATE::DAMAGED;
+    return end == m_size ? TOVREN_FLASH_INI_FILE_SOUND : TOVREN_FLASH_INI_FILE_DAMAGED;
 }
 
 bool READER::copy(const ENTRY& entry, SECTION& section) {
@@ -150,13 +145,13 @@ FILE_STATE read_section(const std::string& path, unsigned int section, SECTION& 
     READER reader(path);
     ENTRY entry;
     const FILE_STATE state = reader.find(section, entry);
-    if (state != FILE_STATE::SOUND || entry.size == 0)
+    if (state != TOVREN_FLASH_INI_FILE_SOUND || entry.size == 0)
         return state;
     SECTION copy;
     if (!reader.copy(entry, copy))
-        return FILE_STATE::UNREADABLE;
+        return TOVREN_FLASH_INI_FILE_UNREADABLE;
     result = std::move(copy);
-    return FILE_STATE::SOUND;
+    return TOVREN_FLASH_INI_FILE_SOUND;
 }
 
 // Keeps other writers out as long as it lives. The lock's file stays: to remove it would let two writers in, one with
@@ -279,15 +274,15 @@ bool keep_damaged(const std::string& path) {
 bool replace_section(const std::string& path, unsigned int section, std::span<const unsigned char> bytes) {
     std::array<SECTION, TOVREN_FLASH_INI_MAX> former;
     CONTENTS contents;
-    FILE_STATE state = FILE_STATE::MISSING;
+    FILE_STATE state = TOVREN_FLASH_INI_FILE_MISSING;
     for (unsigned int i = 0; i < TOVREN_FLASH_INI_MAX; ++i) {
         state = read_section(path, i, former[i]);
-        if (state == FILE_STATE::UNREADABLE) // it may hold sections
+        if (state == TOVREN_FLASH_INI_FILE_UNREADABLE) // it may hold sections
             return false;
         contents[i] = {former[i].data.get(), former[i].size};
     }
     contents[section] = bytes;
-    if (state == FILE_STATE::DAMAGED && !keep_damaged(path))
+    if (state == TOVREN_FLASH_INI_FILE_DAMAGED && !keep_damaged(path))
         return false;
     return write_image(path, contents);
 }
@@ -433,6 +428,16 @@ REASON scale_input(QWORD most, bool bit_position, unsigned int multiple, QWORD& 
 
 } // namespace
 
+std::string TOVREN_FLASH_INI::get_flash_ini_path() {
+    return file_path();
+}
+
+TOVREN_FLASH_INI_FILE_ENUM TOVREN_FLASH_INI::get_flash_ini_file_state() {
+    READER reader(file_path());
+    ENTRY entry;
+    return reader.find(TOVREN_FLASH_INI_SFL, entry);
+}
+
 unsigned char* TOVREN_FLASH_INI::read_flash_ini_data(TOVREN_FLASH_INI_ENUM section, unsigned int& size) {
     SECTION result;
     read_section(file_path(), section, result);
@@ -449,6 +454,8 @@ bool TOVREN_FLASH_INI::write_flash_ini_data(TOVREN_FLASH_INI_ENUM section, unsig
         TOVREN_CHECK(data == NULL);
 
     const std::string path = tovren_follow_links(file_path());
+    if (path.empty())
+        return false;
     const WRITE_LOCK lock(path + ".lock");
     return lock.is_held() && replace_section(path, section, {data, size});
 }

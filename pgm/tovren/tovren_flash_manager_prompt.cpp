@@ -162,18 +162,20 @@ bool ask(const TOVREN_FLASH_PROMPT& prompt, std::string& field) {
     return false;
 }
 
-// Encodes the list, decodes it again to see that nothing was lost, and prints the outcome.
-void print_encoded(const std::string& list) {
+// Encodes the list, decodes it again to see that nothing was lost, and prints the outcome. Empty on failure.
+std::string print_encoded(const std::string& list) {
     const std::string encoded = TOVREN_FLASH_MANAGER::encode_ini(list);
     if (encoded.empty())
-        return;
+        return "";
     const std::string decoded = TOVREN_FLASH_MANAGER::decode_ini(encoded);
     if (decoded.empty())
-        return;
-    if (decoded == list)
-        std::cout << "INI : " << encoded << '\n';
-    else
+        return "";
+    if (decoded != list) {
         std::cout << "Fail to generate INI because fail to counter-check cmp-encode-decode-decmp\n";
+        return "";
+    }
+    std::cout << "INI : " << encoded << '\n';
+    return encoded;
 }
 
 // ---- a stored definition ----
@@ -390,27 +392,31 @@ bool TOVREN_FLASH_MANAGER::prompt_flash_info(std::string& definition) {
 }
 
 void TOVREN_FLASH_MANAGER::gen_flash_ini() {
+    prompt_flash_ini();
+}
+
+std::string TOVREN_FLASH_MANAGER::prompt_flash_ini() {
     bool is_number = false;
     const DWORD count =
         get_dword_from_string(read_answer("Number of 3rd party flash to define (max 3) : "), &is_number);
     if (!is_number) {
         std::cout << TOO_MANY_TEXT;
-        return;
+        return "";
     }
     if (count < 1 || count > MOST_FLASHES)
-        return;
+        return "";
 
     std::string list;
     for (DWORD i = 0; i < count; ++i) {
         std::string definition;
         if (!prompt_flash_info(definition)) {
             std::cout << TOO_MANY_TEXT;
-            return;
+            return "";
         }
         add_ini_entry(list, definition);
         std::cout << "Raw: " << list << '\n';
     }
-    print_encoded(list);
+    return print_encoded(list);
 }
 
 bool TOVREN_FLASH_MANAGER::assign_ini(std::span<const std::string, TOTAL_DATABASE_MEMBER> fields) {
