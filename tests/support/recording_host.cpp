@@ -41,7 +41,8 @@ bool cfg_is_on(const std::string& name, bool default_value) {
 
 std::string cfg_get_value(const std::string& name) {
     record("cfg_get_value(" + name + ")");
-    return "";
+    const auto setting = recording_host().settings.find(name);
+    return setting == recording_host().settings.end() ? "" : setting->second;
 }
 
 bool FIO_FILE_SYSTEM::exists(const char* path) {
@@ -78,7 +79,7 @@ std::string ver_get_version() {
 
 unsigned int ver_get_current_version_index_number() {
     record("ver_get_current_version_index_number()");
-    return 0;
+    return recording_host().version_index_number;
 }
 
 MEM_INITIALIZER::MEM_INITIALIZER(const char* prefix) : m_prefix(prefix) {

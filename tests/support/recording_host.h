@@ -4,6 +4,7 @@
 #define TESTS_SUPPORT_RECORDING_HOST_H
 
 #include <functional>
+#include <map>
 #include <set>
 #include <string>
 #include <vector>
@@ -19,6 +20,8 @@ struct RECORDING_HOST {
 
     std::string device_db_root;
     std::set<std::string> switches_on;
+    std::map<std::string, std::string> settings;
+    unsigned int version_index_number = 0; // of the version "1.0"
     std::function<int()> on_debug_message; // gives what msg_local_vdebug returns; 0 without it
 };
 
