@@ -93,9 +93,6 @@ unsigned int TOVREN_DEV_INFO_MANAGER::check_device_file(FIO_PATH csv, unsigned i
     device_count = 0;
     size_t size = DB_PAYLOAD_HEADER_SIZE + DB_MARKER_SIZE;
     CSV_READER input(csv);
-    const bool status = input.is_good();
-    TOVREN_CHECK(status);
-
     std::vector<std::string> svec;
     for (unsigned int row = 0; next_row(input, svec); ++row) {
         TOVREN_CHECK(DWORD(svec.size()) == TOTAL_DEVICE_DATABASE_MEMBER);
@@ -108,6 +105,8 @@ unsigned int TOVREN_DEV_INFO_MANAGER::check_device_file(FIO_PATH csv, unsigned i
             ++device_count;
         }
     }
+    const bool status = input.is_good();
+    TOVREN_CHECK(status);
     TOVREN_CHECK(device_count == TOTAL_DATABASE_DEVICE);
     return static_cast<unsigned int>(size);
 }
@@ -138,8 +137,6 @@ void TOVREN_DEV_INFO_MANAGER::generate_device_database(FIO_PATH csv, FIO_PATH ou
 void TOVREN_DEV_INFO_MANAGER::dump_rows(const FIO_PATH& csv, unsigned char** buffer, unsigned int& index,
                                         unsigned int end) {
     CSV_READER input(csv);
-    const bool status = input.is_good();
-    TOVREN_CHECK(status);
     std::vector<std::string> svec;
     for (unsigned int row = 0; next_row(input, svec); ++row) {
         if (row < FIRST_DATA_ROW)
@@ -150,6 +147,8 @@ void TOVREN_DEV_INFO_MANAGER::dump_rows(const FIO_PATH& csv, unsigned char** buf
         dump_to_database(buffer, index, svec);
         db_put_record_end(buffer, index);
     }
+    const bool status = input.is_good();
+    TOVREN_CHECK(status);
     db_put_database_end(buffer, index);
     TOVREN_CHECK_TEXT(index == end, "index == memory_size");
 }
@@ -330,4 +329,5 @@ void TOVREN_DEV_INFO_MANAGER::parse_pgm_parts() {
         m_pcf_of_device.try_emplace(entry->device, entry.get());
         m_pcf_map.push_back(std::move(entry));
     }
+    TOVREN_CHECK(!input.has_failed());
 }

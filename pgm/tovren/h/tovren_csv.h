@@ -20,6 +20,9 @@ public:
     // Whether the file could be opened and, so far, read. False behind the last line means that lines may be missing.
     bool is_good() const { return m_is_good && !m_input.bad(); }
 
+    // Whether reading stopped before the end. A file that cannot be opened has no lines, which is no failure.
+    bool has_failed() const { return m_input.bad(); }
+
     // The next line that is not blank, without the white space at its ends. False at the end of the file.
     bool next_line(std::string& line);
 
