@@ -53,7 +53,7 @@ std::string with_crlf(const std::string& text) {
             result += "\r\n";
         else if (c != '\r')
             result += c;
-    return result;
+    return result.empty() || result.ends_with("\r\n") ? result : result + "\r\n";
 }
 
 // Unique on this machine.
