@@ -5,16 +5,29 @@
 #include <cstdlib>
 #include <filesystem>
 
+namespace {
+
+// Whatever way `action` leaves, the capture ends.
+std::string captured(const std::function<void()>& action, std::string (*end_capture)()) {
+    try {
+        action();
+    } catch (...) {
+        end_capture();
+        throw;
+    }
+    return end_capture();
+}
+
+} // namespace
+
 std::string standard_output_of(const std::function<void()>& action) {
     testing::internal::CaptureStdout();
-    action();
-    return testing::internal::GetCapturedStdout();
+    return captured(action, testing::internal::GetCapturedStdout);
 }
 
 std::string standard_error_of(const std::function<void()>& action) {
     testing::internal::CaptureStderr();
-    action();
-    return testing::internal::GetCapturedStderr();
+    return captured(action, testing::internal::GetCapturedStderr);
 }
 
 SCOPED_ENVIRONMENT::SCOPED_ENVIRONMENT(const char* name, const char* value) : m_name(name) {

@@ -69,7 +69,7 @@ std::string gen_get_module_path() {
 
 std::string gen_get_morvath_path() {
     record("gen_get_morvath_path()");
-    return "";
+    return recording_host().product_root;
 }
 
 std::string ver_get_version() {
@@ -92,8 +92,8 @@ MEM_INITIALIZER::~MEM_INITIALIZER() {
     record(std::string("~MEM_INITIALIZER(") + m_prefix + ")");
 }
 
-void MSG_INTERNAL_ERROR::report(const char* expression, const char*, const char*, int) {
-    throw RECORDED_REPORT{expression};
+void MSG_INTERNAL_ERROR::report(const char* expression, const char* prefix, const char* file, int line) {
+    throw RECORDED_REPORT{expression, prefix, file, line};
 }
 
 int msg_local_vdebug(const char* prefix, MSG_D_LEVEL level, const char* format, va_list args) {
@@ -186,10 +186,14 @@ bool dstr_is_valid_dev_device_enum(DEV_DEVICE_ENUM device) {
 }
 
 DEV_DEVICE_ENUM DEV_PART_MANAGER::get_device_of(DEV_PART_ENUM part) const {
+    if (const auto& answer = recording_host().device_of)
+        return answer(part);
     return part == DEV_PART_GENERIC ? DEV_DEVICE_GENERIC : DEV_DEVICE_INVALID;
 }
 
 DEV_FAMILY_ENUM DEV_PART_MANAGER::get_family_of(DEV_DEVICE_ENUM device) const {
+    if (const auto& answer = recording_host().family_of)
+        return answer(device);
     return device == DEV_DEVICE_GENERIC ? DEV_FAMILY_GENERIC : DEV_FAMILY_INVALID;
 }
 
