@@ -42,6 +42,14 @@ public:
     // Overrides the file's value.
     static void set_setting(const std::string& name, const std::string& value);
 
+    // Puts the setting into the file: as the value of the last line that sets it, else as a new last line. Everything
+    // else in the file stays as it is. A missing file and its folder are made; the file is replaced in one step.
+    // Overrides are not written. Returns why it cannot be done, empty when it is.
+    static std::string store_setting(const std::string& name, const std::string& value);
+
+    // Takes out every line of the file that sets it; `count` receives how many. Returns as above.
+    static std::string remove_setting(const std::string& name, unsigned int& count);
+
     // Forgets the overrides and the file; the next question reads the default file again.
     static void reset_settings();
 
