@@ -12,6 +12,8 @@ void add_groups(TOOL_COMMAND_LINE& line) {
     tool_add_name_group(line);
     tool_add_opn_group(line);
     tool_add_enum_group(line);
+    tool_add_params_group(line);
+    tool_add_hps_group(line);
 }
 
 } // namespace

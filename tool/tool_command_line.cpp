@@ -84,6 +84,13 @@ CLI::Option* add_text(CLI::App& app, const std::string& name, std::optional<std:
         ->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);
 }
 
+CLI::App* add_group_to(CLI::App& app, const char* name, const char* help) {
+    CLI::App* group = app.add_subcommand(name, help);
+    group->require_subcommand(1)->fallthrough();
+    group->footer(VERB_FOOTER);
+    return group;
+}
+
 } // namespace
 
 TOOL_COMMAND_LINE::TOOL_COMMAND_LINE(const char* version)
@@ -109,17 +116,18 @@ void TOOL_COMMAND_LINE::add_globals() {
 }
 
 TOOL_GROUP TOOL_COMMAND_LINE::add_group(const char* name, const char* help) {
-    CLI::App* group = m_app->add_subcommand(name, help);
-    group->require_subcommand(1)->fallthrough();
-    group->footer(VERB_FOOTER);
-    return {*this, group};
+    return {*this, add_group_to(*m_app, name, help)};
 }
 
-TOOL_VERB TOOL_GROUP::add_verb(const char* name, const char* help, TOOL_ACTION action) {
+TOOL_GROUP TOOL_GROUP::add_group(const char* name, const char* help) {
+    return {m_line, add_group_to(*m_app, name, help)};
+}
+
+TOOL_VERB TOOL_GROUP::add_verb(const char* name, const char* help, TOOL_ACTION action, TOOL_SETTINGS_USE settings_use) {
     CLI::App* verb = m_app->add_subcommand(name, help);
     verb->fallthrough();
     verb->footer(VERB_FOOTER);
-    m_line.m_actions.push_back({verb, std::move(action)});
+    m_line.m_actions.push_back({verb, std::move(action), settings_use});
     return TOOL_VERB(verb);
 }
 
@@ -139,6 +147,7 @@ const TOOL_ACTION* TOOL_COMMAND_LINE::parse(int argc, char** argv) {
     const CLI::App* verb = &innermost(*m_app);
     const auto place = std::find_if(m_actions.begin(), m_actions.end(),
                                     [verb](const VERB_ACTION& action) { return action.verb == verb; });
+    m_globals.is_settings_file_made = place->settings_use == TOOL_SETTINGS_USE::MAKES;
     return &place->action;
 }
 

@@ -5,6 +5,7 @@
 #include "tool_error.h"
 #include "tool_file.h"
 #include "tool_flash_database.h"
+#include "tool_flash_definition.h"
 #include "tool_flash_identify.h"
 #include "tool_flash_record.h"
 #include "tool_groups.h"
@@ -284,4 +285,7 @@ void tool_add_flash_group(TOOL_COMMAND_LINE& line) {
         .footer("\nAn ID is written 20BA18, \"20 BA 18\", 20:ba:18 or 0x20,0xba,0x18; it has at\n"
                 "least three bytes, a silicon ID one. - reads IDs from standard input, one a\n"
                 "line; # begins a comment there.\n");
+
+    tool_add_define_verb(group);
+    tool_add_definition_group(group);
 }

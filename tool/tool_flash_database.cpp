@@ -4,6 +4,7 @@
 #include "host_cfg.h"
 #include "tool_database.h"
 #include "tool_file.h"
+#include "tool_output.h"
 #include "tool_text.h"
 
 #include <algorithm>
@@ -70,6 +71,18 @@ TOOL_ADVICE advice(const TOOL_REPORT& report) {
     return is_default_rule ? for_default() : tool_database_advice(TOOL_FLASH_DATABASE, condition);
 }
 
+// What a load says of the user's own flash is no result. The load itself is silent about one that it leaves out.
+void note_definition(const TOVREN_FLASH_MANAGER& manager, std::string printed) {
+    if (printed.ends_with('\n'))
+        printed.pop_back();
+    if (!printed.empty())
+        tool_note(printed);
+    const std::string setting = TOVREN_FLASH_MANAGER::get_ext_flash_setting_name();
+    if (manager.m_ext_flash_info.device_name.empty() && !cfg_get_value(setting).empty())
+        tool_note("warning: the flash that " + setting +
+                  " defines is not applied; `tovren flash definition check` says why");
+}
+
 } // namespace
 
 void tool_set_printing_records(bool is_printing) {
@@ -77,9 +90,21 @@ void tool_set_printing_records(bool is_printing) {
 }
 
 std::unique_ptr<TOVREN_FLASH_MANAGER> tool_load_flashes(unsigned int device_count) {
-    return tool_over_file(tool_database_path(TOOL_FLASH_DATABASE), advice, [device_count] {
+    const auto load = [device_count] {
         return std::make_unique<TOVREN_FLASH_MANAGER>(false, device_count, false, is_printing_records);
+    };
+    const std::string path = tool_database_path(TOOL_FLASH_DATABASE);
+    if (is_printing_records)
+        return tool_over_file(path, advice, load);
+    std::string printed;
+    auto manager = tool_over_file(path, advice, [&] {
+        const TOOL_CAPTURE capture;
+        auto loaded = load();
+        printed = capture.text();
+        return loaded;
     });
+    note_definition(*manager, printed);
+    return manager;
 }
 
 std::vector<TOVREN_SFL_FLASH_INFO> tool_all_flashes() {

@@ -108,6 +108,12 @@ void tool_complain(std::string_view message) {
                  static_cast<int>(message.size()), message.data());
 }
 
+TOOL_CAPTURE::TOOL_CAPTURE() : m_former(std::cout.rdbuf(m_text.rdbuf())) {}
+
+TOOL_CAPTURE::~TOOL_CAPTURE() {
+    std::cout.rdbuf(m_former);
+}
+
 void tool_open_standard_files() {
     for (int descriptor = STDIN_FILENO; descriptor <= STDERR_FILENO; ++descriptor)
         if (fcntl(descriptor, F_GETFD) < 0)

@@ -8,6 +8,7 @@
 #include "tool_text.h"
 #include "tovren_standalone_host.h"
 
+#include "host_fio.h"
 #include "host_text.h"
 
 namespace {
@@ -29,6 +30,13 @@ void apply_setting(const std::string& text) {
     TOVREN_STANDALONE_HOST::set_setting(name, value);
 }
 
+void apply_settings_file(const std::string& file, bool may_be_missing) {
+    if (TOVREN_STANDALONE_HOST::set_settings_file(file))
+        return;
+    if (file.empty() || !may_be_missing || FIO_FILE_SYSTEM::exists(file.c_str()))
+        throw tool_usage_error("", "--settings: " + tool_quoted(file) + " cannot be read");
+}
+
 void apply_debug_level(const std::string& text) {
     const auto level = tool_number(text, MOST_DETAILED_DEBUG_LEVEL);
     if (!level)
@@ -42,8 +50,8 @@ void apply_globals(const TOOL_GLOBALS& globals) {
         throw tool_usage_error("", "--db-root: the folder's name is empty");
     if (globals.db_root)
         TOVREN_STANDALONE_HOST::set_device_db_root(*globals.db_root);
-    if (globals.settings && !TOVREN_STANDALONE_HOST::set_settings_file(*globals.settings))
-        throw tool_usage_error("", "--settings: " + tool_quoted(*globals.settings) + " cannot be read");
+    if (globals.settings)
+        apply_settings_file(*globals.settings, globals.is_settings_file_made);
     for (const std::string& setting : globals.set)
         apply_setting(setting);
     if (globals.debug)

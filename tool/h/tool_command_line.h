@@ -33,7 +33,11 @@ struct TOOL_GLOBALS {
     std::vector<std::string> set;
     bool is_json = false;
     std::optional<std::string> debug;
+    bool is_settings_file_made = false; // the verb makes the file of `settings` where there is none
 };
+
+// What a verb does with the settings file.
+enum class TOOL_SETTINGS_USE : unsigned char { READS, MAKES };
 
 // A verb that is being described. What is handed in by reference is filled by the parse.
 class TOOL_VERB {
@@ -57,7 +61,9 @@ class TOOL_GROUP {
 public:
     TOOL_GROUP(TOOL_COMMAND_LINE& line, CLI::App* app) : m_line(line), m_app(app) {}
 
-    TOOL_VERB add_verb(const char* name, const char* help, TOOL_ACTION action);
+    TOOL_VERB add_verb(const char* name, const char* help, TOOL_ACTION action,
+                       TOOL_SETTINGS_USE settings_use = TOOL_SETTINGS_USE::READS);
+    TOOL_GROUP add_group(const char* name, const char* help); // `tovren GROUP GROUP VERB`
 
 private:
     TOOL_COMMAND_LINE& m_line;
@@ -84,6 +90,7 @@ private:
     struct VERB_ACTION {
         const CLI::App* verb;
         TOOL_ACTION action;
+        TOOL_SETTINGS_USE settings_use;
     };
 
     void add_globals();

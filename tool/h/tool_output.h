@@ -7,6 +7,7 @@
 
 #include <nlohmann/json_fwd.hpp>
 
+#include <sstream>
 #include <string>
 #include <string_view>
 
@@ -56,6 +57,21 @@ void tool_note(std::string_view text);
 
 // "tovren: MESSAGE", on standard error.
 void tool_complain(std::string_view message);
+
+// Holds back what the library prints on standard output as long as it lives.
+class TOOL_CAPTURE {
+public:
+    TOOL_CAPTURE();
+    ~TOOL_CAPTURE();
+    TOOL_CAPTURE(const TOOL_CAPTURE&) = delete;
+    TOOL_CAPTURE& operator=(const TOOL_CAPTURE&) = delete;
+
+    std::string text() const { return m_text.str(); }
+
+private:
+    std::ostringstream m_text;
+    std::streambuf* m_former;
+};
 
 // Opens what is closed of standard input, output and error on /dev/null, so that no other file takes its place.
 void tool_open_standard_files();

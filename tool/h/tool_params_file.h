@@ -1,0 +1,28 @@
+// The flash parameter file as commands see it: whole sections, and why the file is refused.
+#ifndef TOOL_PARAMS_FILE_H
+#define TOOL_PARAMS_FILE_H
+
+#include "tovren_flash_ini.h"
+
+#include <string>
+#include <vector>
+
+using TOOL_BYTES = std::vector<unsigned char>;
+
+// "1 (HPS SPI)".
+std::string tool_section_text(TOVREN_FLASH_INI_ENUM section);
+
+// "missing", "unreadable", "damaged" or "sound".
+const char* tool_params_state_text(TOVREN_FLASH_INI_FILE_ENUM state);
+
+// Empty where the file has no such section. A file that is there and yields nothing is refused.
+TOOL_BYTES tool_read_section(TOVREN_FLASH_INI_ENUM section);
+
+// The same for a change: a damaged file counts as an empty one, for the library keeps a copy of it.
+TOOL_BYTES tool_read_section_to_change(TOVREN_FLASH_INI_ENUM section);
+
+// Replaces the section; without bytes it is removed. A file that cannot be written is refused. Says on standard error
+// where a damaged file went.
+void tool_write_section(TOVREN_FLASH_INI_ENUM section, TOOL_BYTES bytes);
+
+#endif

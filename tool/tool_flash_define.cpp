@@ -1,0 +1,173 @@
+// `tovren flash define`: the dialogue, definitions from a file, and the setting that keeps them.
+#include "tool_command_line.h"
+#include "tool_error.h"
+#include "tool_flash_definition.h"
+#include "tool_flash_definition_file.h"
+#include "tool_flash_record.h"
+#include "tool_output.h"
+#include "tool_text.h"
+#include "tovren_flash_manager.h"
+#include "tovren_standalone_host.h"
+
+#include <memory>
+#include <nlohmann/json.hpp>
+
+namespace {
+
+using nlohmann::ordered_json;
+
+struct DEFINE_OPTIONS {
+    std::optional<std::string> from;
+    bool is_stored = false;
+    bool is_removed = false;
+};
+
+std::string settings_file() {
+    return TOVREN_STANDALONE_HOST::get_settings_file();
+}
+
+// Why the settings file stays as it is.
+TOOL_ERROR settings_refusal(const std::string& fault) {
+    const std::string file = settings_file().empty() ? "settings" : tool_printable(settings_file());
+    return {TOOL_EXIT_REFUSED, file + ": " + fault, {"next: name a settings file that may be written with --settings"}};
+}
+
+// ---- what was defined ----
+
+ordered_json outcome_json(const std::string& encoded, const std::string& list, bool is_stored) {
+    ordered_json document = {{"setting", TOVREN_FLASH_MANAGER::get_ext_flash_setting_name()},
+                             {"encoded", encoded},
+                             {"stored", nullptr},
+                             {"flashes", ordered_json::array()}};
+    if (is_stored)
+        document["stored"] = settings_file();
+    for (const TOVREN_FLASH_INI_ENTRY& entry : TOVREN_FLASH_MANAGER::get_ini_entries(list)) {
+        ordered_json flash = ordered_json::object();
+        tool_put_flash_members(flash, TOVREN_FLASH_MANAGER::check_ini_entry(entry).record);
+        document["flashes"].push_back(flash);
+    }
+    return document;
+}
+
+// A definition that passes the questions may still be one that a load leaves out.
+void note_first_entry(const std::string& list) {
+    const auto entries = TOVREN_FLASH_MANAGER::get_ini_entries(list);
+    const std::string reason = tool_definition_refusal(TOVREN_FLASH_MANAGER::check_ini_entry(entries.front()));
+    if (!reason.empty())
+        tool_note("warning: a load will not apply the first flash: " + reason);
+    else if (entries.size() > 1)
+        tool_note("note: a load applies the first flash only");
+}
+
+void store(const std::string& encoded) {
+    const std::string fault =
+        TOVREN_STANDALONE_HOST::store_setting(TOVREN_FLASH_MANAGER::get_ext_flash_setting_name(), encoded);
+    if (!fault.empty())
+        throw settings_refusal(fault);
+}
+
+int finish(const std::string& encoded, const std::string& list, const DEFINE_OPTIONS& options,
+           const TOOL_OUTPUT& output) {
+    if (options.is_stored)
+        store(encoded);
+    note_first_entry(list);
+    if (output.is_json())
+        output.write_json(outcome_json(encoded, list, options.is_stored));
+    else if (options.is_stored)
+        output.write("stored " + TOVREN_FLASH_MANAGER::get_ext_flash_setting_name() + " in " +
+                     tool_printable(settings_file()) + '\n');
+    else if (options.from)
+        output.write(encoded + '\n'); // the dialogue has printed it
+    return TOOL_EXIT_DONE;
+}
+
+// ---- from a file ----
+
+[[noreturn]] void refuse_definitions(const std::string& file, const std::vector<TOOL_DEFINITION_FAULT>& faults,
+                                     const TOOL_OUTPUT& output) {
+    ordered_json document = {{"setting", TOVREN_FLASH_MANAGER::get_ext_flash_setting_name()},
+                             {"encoded", nullptr},
+                             {"stored", nullptr},
+                             {"faults", ordered_json::array()}};
+    std::vector<std::string> lines;
+    for (const TOOL_DEFINITION_FAULT& fault : faults) {
+        ordered_json object = {{"flash", nullptr}, {"member", nullptr}, {"reason", fault.reason}};
+        if (fault.flash != 0)
+            object["flash"] = fault.flash;
+        if (!fault.member.empty())
+            object["member"] = fault.member;
+        document["faults"].push_back(object);
+        lines.push_back(fault.text());
+    }
+    if (output.is_json())
+        output.write_json(document);
+    lines.emplace_back("next: correct the definition and run the command again; nothing was stored");
+    throw TOOL_ERROR(TOOL_EXIT_REFUSED, (file == "-" ? "standard input" : tool_printable(file)) + ": no definition",
+                     std::move(lines));
+}
+
+int define_from(const std::string& file, const DEFINE_OPTIONS& options, const TOOL_OUTPUT& output) {
+    const TOOL_DEFINITION_FILE read = tool_read_definitions(file);
+    if (!read.faults.empty())
+        refuse_definitions(file, read.faults, output);
+    std::string list;
+    for (const std::string& definition : read.definitions)
+        TOVREN_FLASH_MANAGER::add_ini_entry(list, definition);
+    const std::string encoded = tool_encode_definitions(list);
+    if (tool_decode_definitions(encoded) != list)
+        throw TOOL_ERROR(TOOL_EXIT_REFUSED, tool_printable(file) + ": the list does not come back when it is decoded");
+    return finish(encoded, list, options, output);
+}
+
+// ---- the dialogue ----
+
+int define_by_dialogue(const DEFINE_OPTIONS& options, const TOOL_OUTPUT& output) {
+    TOVREN_FLASH_MANAGER manager(false, 0, true, false);
+    const std::string encoded = manager.prompt_flash_ini();
+    if (!encoded.empty())
+        return finish(encoded, tool_decode_definitions(encoded), options, output);
+    if (output.is_json())
+        output.write_json(ordered_json());
+    throw TOOL_ERROR(TOOL_EXIT_REFUSED, "no flash was defined",
+                     {"One to three flashes can be; the first answer that is refused ends the dialogue."});
+}
+
+int remove_setting(const TOOL_OUTPUT& output) {
+    const std::string setting = TOVREN_FLASH_MANAGER::get_ext_flash_setting_name();
+    unsigned int count = 0;
+    const std::string fault = TOVREN_STANDALONE_HOST::remove_setting(setting, count);
+    if (!fault.empty())
+        throw settings_refusal(fault);
+    if (output.is_json())
+        output.write_json({{"setting", setting}, {"file", settings_file()}, {"removed", count}});
+    if (count == 0)
+        throw TOOL_ERROR(TOOL_EXIT_NOT_FOUND, tool_printable(settings_file()) + ": it does not set " + setting);
+    if (!output.is_json())
+        output.write("removed " + setting + " from " + tool_printable(settings_file()) + '\n');
+    return TOOL_EXIT_DONE;
+}
+
+int define(const DEFINE_OPTIONS& options, const TOOL_OUTPUT& output) {
+    if (options.is_removed && (options.from || options.is_stored))
+        throw tool_usage_error("flash define", "--remove stands alone");
+    if (options.is_removed)
+        return remove_setting(output);
+    return options.from ? define_from(*options.from, options, output) : define_by_dialogue(options, output);
+}
+
+} // namespace
+
+void tool_add_define_verb(TOOL_GROUP& flash) {
+    const auto defined = std::make_shared<DEFINE_OPTIONS>();
+    flash
+        .add_verb(
+            "define", "Define up to three flashes of your own: by a dialogue, or from a file",
+            [defined](const TOOL_OUTPUT& output) { return define(*defined, output); }, TOOL_SETTINGS_USE::MAKES)
+        .option("--from", "FILE", defined->from, "Read the definitions from a JSON file; - is standard input")
+        .flag("--store", defined->is_stored, "Put the encoded text into the settings file")
+        .flag("--remove", defined->is_removed, "Take it out of the settings file again")
+        .footer("\nThe file holds an object, or an array of up to three, with the members that the\n"
+                "dialogue asks for. A value is a number in the question's unit, true or false,\n"
+                "or a text as it would be typed: 18 is eighteen, \"18\" is hexadecimal where the\n"
+                "question says so. A load of the flash database applies the first flash.\n");
+}
