@@ -64,7 +64,7 @@ std::string gen_get_device_db_fullpath() {
 
 std::string gen_get_module_path() {
     record("gen_get_module_path()");
-    return "";
+    return recording_host().module_path;
 }
 
 std::string gen_get_morvath_path() {

@@ -25,6 +25,7 @@ struct RECORDING_HOST {
 
     std::string device_db_root;
     std::string product_root;
+    std::string module_path;
     std::set<std::string> switches_on;
     std::map<std::string, std::string> settings;
     unsigned int version_index_number = 0; // of the version "1.0"
