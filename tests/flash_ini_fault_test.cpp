@@ -4,9 +4,11 @@
 
 #include <atomic>
 #include <csignal>
+#include <fcntl.h>
 #include <filesystem>
 #include <grp.h>
 #include <random>
+#include <sys/file.h>
 #include <sys/mman.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -73,6 +75,14 @@ int exit_code(pid_t child) {
     return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
 }
 
+// Kills the process at a random point within `microseconds`, counted from when `has_begun` turns true.
+void kill_soon(pid_t child, unsigned long microseconds, const std::function<bool()>& has_begun) {
+    while (!has_begun() && is_running(child))
+        std::this_thread::yield();
+    std::this_thread::sleep_for(std::chrono::microseconds(microseconds));
+    kill(child, SIGKILL);
+}
+
 TEST_F(FlashIniFaults, LoseNothingWhenAWriterIsKilledAtAnyPoint) {
     ASSERT_TRUE(write(0, STORED));
     ASSERT_TRUE(write(1, numbered(0)));
@@ -85,10 +95,7 @@ TEST_F(FlashIniFaults, LoseNothingWhenAWriterIsKilledAtAnyPoint) {
                 *done = number;
             return 1;
         });
-        while (*done == before && is_running(writer)) // until the first write is through
-            std::this_thread::yield();
-        std::this_thread::sleep_for(std::chrono::microseconds(random() % 2000));
-        kill(writer, SIGKILL);
+        kill_soon(writer, random() % 2000, [&] { return *done != before; });
         ASSERT_EQ(128 + SIGKILL, exit_code(writer));
 
         ASSERT_EQ(STORED, read(0)) << round;
@@ -99,6 +106,30 @@ TEST_F(FlashIniFaults, LoseNothingWhenAWriterIsKilledAtAnyPoint) {
     EXPECT_FALSE(std::filesystem::exists(file + ".damaged"));
     EXPECT_TRUE(write(1, {0x01}));
     EXPECT_EQ((std::vector<std::string>{"pgm_flash.ini", "pgm_flash.ini.lock"}), folder.names());
+}
+
+TEST_F(FlashIniFaults, LoseNoDamagedFileWhenAWriterIsKilledAtAnyPoint) {
+    SHARED_COUNTER begun;
+    std::mt19937 random(100);
+    unsigned int replaced = 0;
+    for (int round = 0; round < 100; ++round) {
+        const BYTES damaged(100000, static_cast<unsigned char>(round));
+        put(damaged);
+        *begun = 0;
+        const pid_t writer = start([&] {
+            *begun = 1;
+            return write(1, STORED) ? 0 : 1;
+        });
+        kill_soon(writer, random() % 1000, [&] { return *begun == 1; });
+        const int code = exit_code(writer);
+        ASSERT_TRUE(code == 0 || code == 128 + SIGKILL) << code;
+
+        const bool is_replaced = read(1) == STORED;
+        replaced += is_replaced ? 1 : 0;
+        ASSERT_TRUE(is_replaced || code != 0) << round;
+        ASSERT_EQ(damaged, read_file(is_replaced ? file + ".damaged" : file)) << round;
+    }
+    EXPECT_LT(0U, replaced);
 }
 
 TEST_F(FlashIniFaults, LoseNothingWhenTwoProcessesWriteDifferentSections) {
@@ -132,6 +163,45 @@ TEST_F(FlashIniFaults, LoseNothingWhenTwoProcessesWriteDifferentSections) {
     EXPECT_EQ(0, exit_code(writers[0]));
     EXPECT_EQ(0, exit_code(writers[1]));
     EXPECT_EQ((SECTIONS{STORED, numbered(WRITES), numbered(WRITES)}), read_all());
+}
+
+TEST_F(FlashIniFaults, LeaveAWholeSectionWhenTwoProcessesWriteTheSame) {
+    ASSERT_TRUE(write(0, STORED));
+    const auto write_all = [&](unsigned int first_number) {
+        return start([&, first_number] {
+            bool all = true;
+            for (unsigned int number = first_number; number < first_number + 400; number += 2)
+                all = write(1, numbered(number)) && number_of(read(1)) && all;
+            return all ? 0 : 1;
+        });
+    };
+    const pid_t writers[] = {write_all(1), write_all(2)};
+    EXPECT_EQ(0, exit_code(writers[0]));
+    EXPECT_EQ(0, exit_code(writers[1]));
+    const auto last = number_of(read(1));
+    EXPECT_TRUE(last == 399U || last == 400U);
+    EXPECT_EQ(STORED, read(0));
+}
+
+TEST_F(FlashIniFaults, WaitForAWriterThatHoldsTheLock) {
+    ASSERT_TRUE(write(0, STORED));
+    const int lock = open((file + ".lock").c_str(), O_RDWR | O_CLOEXEC);
+    ASSERT_EQ(0, flock(lock, LOCK_EX));
+    SHARED_COUNTER begun;
+    const pid_t writer = start([&] {
+        close(lock); // of this process; the parent's stays
+        *begun = 1;
+        return write(1, {0x01}) ? 0 : 1;
+    });
+    while (*begun == 0)
+        std::this_thread::yield();
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    EXPECT_TRUE(is_running(writer));
+    EXPECT_EQ(std::nullopt, read(1));
+    EXPECT_EQ(STORED, read(0)); // a reader does not wait
+    close(lock);
+    EXPECT_EQ(0, exit_code(writer));
+    EXPECT_EQ((BYTES{0x01}), read(1));
 }
 
 // ---- no room ----
