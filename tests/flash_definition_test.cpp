@@ -403,6 +403,7 @@ constexpr NUMBER_ROW NUMBERS[] = {
     {"--5", 0, true, true},
     {"ABC", 0, true, true},
     {"X5", 0, true, true},
+    {" 5", 0, true, true},
     // what stands behind the digits
     {"12AB", 12, true, true},
     {"1.8", 1, true, true},

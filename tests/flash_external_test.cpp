@@ -290,6 +290,17 @@ TEST_F(FlashExternal, MatchesBySiliconIdWhereItIsDefinedSo) {
     EXPECT_EQ(0U, loaded->get_flash_mapping_index(0, false));
 }
 
+TEST_F(FlashExternal, MatchesNoAnswerOfThreeBytesWithoutAMakersByte) {
+    store(entry_of(DEFINITION().with(9, "255")));
+    const MANAGER loaded = load(FLASH_FILE({make_flash("QX1")}));
+    EXPECT_EQ("QX25", loaded->get_flash(0)->device_name);
+    unsigned char answer[256] = {0xA1, 0x20, 0x18};
+    EXPECT_FALSE(loaded->flash_id_database_mapping(false, 0, answer));
+    EXPECT_TRUE(loaded->get_matching_flashes(false, answer, 3).empty());
+    answer[255] = 0xA1; // it is compared there
+    EXPECT_TRUE(loaded->flash_id_database_mapping(false, 0, answer));
+}
+
 TEST_F(FlashExternal, WinsTheDefaultOverABuiltInFlashOfItsName) {
     store(entry_of(DEFINITION().with(2, "QX1")));
     const MANAGER loaded = load(FLASH_FILE({make_flash("QX1")}));
