@@ -1,4 +1,5 @@
 // Faults of a device description: of its cells, and between its rows.
+#include "host_text.h"
 #include "tool_csv_table.h"
 #include "tool_text.h"
 #include "tovren_dev_info_manager.h"
@@ -10,7 +11,9 @@ namespace {
 using SEVERITY = TOOL_CSV_FAULT::SEVERITY;
 
 constexpr size_t KEY_COUNT = 4; // family, pcf, device, part: the first members
+constexpr size_t PCF = 1;       // position of that member
 constexpr size_t GENERIC_POSITION = 1;
+constexpr size_t LONGEST_LINE = 10239; // characters
 
 bool no_free_row(unsigned int) {
     return false;
@@ -32,7 +35,9 @@ const TOOL_CSV_LAYOUT& layout() {
                                            2,
                                            no_free_row,
                                            true,
-                                           names_of};
+                                           names_of,
+                                           SEVERITY::REFUSED,
+                                           LONGEST_LINE};
     return LAYOUT;
 }
 
@@ -45,7 +50,9 @@ void check_keys(const std::vector<TOOL_CSV_ROW>& rows, std::vector<TOOL_CSV_FAUL
             if (row.cells[i].empty())
                 continue;
             ++keys;
-            const std::string key = layout().names[i] + ' ' + row.cells[i];
+            std::string key = layout().names[i] + ' ' + row.cells[i];
+            if (i == PCF)
+                stl_tolower(key); // PCF names are compared letter case aside
             if (const auto [first, is_new] = first_lines.try_emplace(key, row.line); !is_new)
                 faults.push_back({row.line, static_cast<unsigned int>(i + 1), layout().names[i], row.cells[i],
                                   tool_quoted(row.cells[i]) + " has its record in line " +

@@ -20,8 +20,14 @@ const std::vector<TOVREN_NAME_VALUE>* no_names(const std::string&) {
 }
 
 const TOOL_CSV_LAYOUT& layout() {
-    static const TOOL_CSV_LAYOUT LAYOUT = {
-        TOVREN_FLASH_MANAGER::m_name_list, TOVREN_FLASH_MANAGER::m_type_list, 8, is_free_row, false, no_names};
+    static const TOOL_CSV_LAYOUT LAYOUT = {TOVREN_FLASH_MANAGER::m_name_list,
+                                           TOVREN_FLASH_MANAGER::m_type_list,
+                                           8,
+                                           is_free_row,
+                                           false,
+                                           no_names,
+                                           SEVERITY::HARMFUL,
+                                           0};
     return LAYOUT;
 }
 

@@ -55,6 +55,9 @@ private:
     }
 
     void check_row(unsigned int row, const std::string& line) {
+        if (m_layout.longest_line != 0 && line.size() > m_layout.longest_line)
+            add_row_fault("a line of " + std::to_string(line.size()) + " characters; at most " +
+                          std::to_string(m_layout.longest_line) + " are read");
         std::vector<std::string> cells;
         gen_tokenize(line, " \t\n,", cells);
         const bool is_free = m_layout.is_free_row(row);
@@ -108,13 +111,13 @@ private:
         const std::string guess = tool_did_you_mean(tool_nearest_names(cell, names));
         add(i, cell,
             cell.empty() ? "the cell is empty; a name is expected"
-                         : tool_quoted(cell) + " is not a known name" + (guess.empty() ? "" : "; " + guess));
+                         : tool_quoted(cell) + " is not a known name" + (guess.empty() ? "" : ". " + guess));
     }
 
     void check_text(size_t i, const std::string& cell) {
         if (cell.size() > LONGEST_TEXT)
             add(i, cell, "a text of " + std::to_string(cell.size()) + " bytes; past 255 the database cannot be read",
-                SEVERITY::HARMFUL);
+                m_layout.long_text);
     }
 
     void check_flag(size_t i, const std::string& cell) {

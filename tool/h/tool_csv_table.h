@@ -14,6 +14,8 @@ struct TOOL_CSV_LAYOUT {
     bool (*is_free_row)(unsigned int row); // may have any number of cells
     bool is_empty_allowed;                 // in texts, flags and numbers
     const std::vector<TOVREN_NAME_VALUE>* (*names_of)(const std::string& member); // of an enumeration cell
+    TOOL_CSV_FAULT::SEVERITY long_text; // of a text past 255 bytes: only the device generator reads back its records
+    size_t longest_line;                // characters without the white space at both ends; 0: any
 };
 
 struct TOOL_CSV_ROW {
