@@ -8,6 +8,7 @@
 #include "tool_file.h"
 #include "tool_groups.h"
 #include "tool_output.h"
+#include "tool_part_list.h"
 #include "tool_table.h"
 #include "tool_text.h"
 #include "tovren_standalone_host.h"
@@ -35,6 +36,12 @@ struct GENERATE_OPTIONS {
     std::optional<std::string> product_root;
 };
 
+TOOL_ADVICE part_list_advice() {
+    return {tool_printable(tool_part_list_path()) + ": the part list is refused",
+            tool_part_list_fault_lines(),
+            {"correct the part list, or name another product root with --product-root DIR"}};
+}
+
 TOOL_ADVICE generation_advice(const GENERATE_OPTIONS& options, const TOOL_REPORT& report) {
     const std::string output = tool_printable(options.output);
     if (report.condition() == "output_is_written")
@@ -45,6 +52,9 @@ TOOL_ADVICE generation_advice(const GENERATE_OPTIONS& options, const TOOL_REPORT
         return {tool_printable(options.csv) + ": " + fault, {}, {"name the description to read"}};
     const std::vector<std::string> faults =
         tool_csv_fault_lines(tool_device_csv_faults(options.csv), options.csv, true);
+    // A line that is too long is reported alike in both files.
+    if (report.condition() == "!input.has_failed()" || (report.condition() == "line.size() < 10240" && faults.empty()))
+        return part_list_advice();
     return {tool_printable(options.csv) + ": the description is refused",
             faults,
             {"correct the description and run the command again; " + output + " is as it was"}};
@@ -61,11 +71,7 @@ int generate(const GENERATE_OPTIONS& options, const TOOL_OUTPUT& output) {
     try {
         tool_over_file(options.csv, advise, [&] { manager.generate_device_database(options.csv, options.output); });
     } catch (const std::out_of_range& error) {
-        throw TOOL_ERROR(TOOL_EXIT_REFUSED,
-                         tool_printable(gen_get_morvath_path()) +
-                             "/h/pgm_parts.txt: " + "a line of the part list has less than seven cells",
-                         {std::string("condition: ") + error.what(), "next: correct the part list, or name another "
-                                                                     "product root with --product-root DIR"});
+        throw tool_refusal(error.what(), part_list_advice());
     }
 
     const size_t count = manager.get_record_count();
