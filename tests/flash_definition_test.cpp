@@ -280,6 +280,8 @@ TEST_F(FlashDefinition, ComputesNothingForATagOfAnotherLength) {
 
 TEST_F(FlashDefinition, NamesServicePackAndBuild) {
     EXPECT_EQ(VERSION_TEXT, M::get_ini_version_text());
+    TOVREN_STANDALONE_HOST::set_version("7.1.0", 1, 345);
+    EXPECT_EQ("Morvath Version: 7.1.0 SP1 Build 345", M::get_ini_version_text());
     TOVREN_STANDALONE_HOST::set_version("12.0", 255, 65535);
     EXPECT_EQ("Morvath Version: 12.0 SP255 Build 65535", M::get_ini_version_text());
 }
