@@ -3,6 +3,7 @@
 #include "host_text.h"
 #include "tovren_standalone_host.h"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstdio>
@@ -71,13 +72,35 @@ SETTING_LINE take_apart(const std::string& line) {
     return parts;
 }
 
+// Of the control character at this place, 0 where there is none.
+size_t control_size(const std::string& text, size_t index) {
+    const auto byte = static_cast<unsigned char>(text[index]);
+    if (byte == 0xC2 && index + 1 < text.size()) // U+0080 to U+009F in UTF-8
+        return static_cast<unsigned char>(text[index + 1]) < 0xA0 ? 2 : 0;
+    return byte < 0x20 || byte == 0x7F ? 1 : 0;
+}
+
+// What a file holds must not steer the terminal on which it is named.
+std::string printable(const std::string& text) {
+    std::string result;
+    size_t control_end = 0;
+    for (size_t i = 0; i < text.size(); ++i) {
+        control_end = std::max(control_end, i + control_size(text, i));
+        char shown[5] = {text[i]};
+        if (i < control_end)
+            std::snprintf(shown, sizeof shown, "\\x%02X", static_cast<unsigned int>(text[i]) & 0xFFU);
+        result += shown;
+    }
+    return result;
+}
+
 void read_line(const std::string& line, const std::string& path, unsigned int number, SETTINGS& settings) {
     const SETTING_LINE parts = take_apart(line);
     if (!parts.name.empty())
         settings[parts.name] = parts.value;
     else if (!parts.text.empty())
-        std::fprintf(stderr, "%s:%u: \"%s\" is not of the form name = value; the line is skipped\n", path.c_str(),
-                     number, parts.text.c_str());
+        std::fprintf(stderr, "%s:%u: \"%s\" is not of the form name = value; the line is skipped\n",
+                     printable(path).c_str(), number, printable(parts.text).c_str());
 }
 
 std::optional<SETTINGS> read_file(const std::string& path) {
@@ -96,7 +119,8 @@ const SETTINGS& file_settings() {
     if (!settings.file) {
         settings.file = read_file(TOVREN_STANDALONE_HOST::get_settings_file());
         if (const std::string named = environment("TOVREN_SETTINGS"); !settings.file && !named.empty())
-            std::fprintf(stderr, "%s: the settings file that $TOVREN_SETTINGS names cannot be read\n", named.c_str());
+            std::fprintf(stderr, "%s: the settings file that $TOVREN_SETTINGS names cannot be read\n",
+                         printable(named).c_str());
         if (!settings.file)
             settings.file.emplace();
     }
@@ -123,8 +147,8 @@ bool read_lines(const std::string& path, std::vector<std::string>& lines) {
     return input.eof();
 }
 
-std::string last_fault() {
-    return std::strerror(errno);
+std::string writing_fault() {
+    return std::string("it cannot be written: ") + std::strerror(errno);
 }
 
 bool write_whole(int descriptor, std::string_view bytes) {
@@ -151,13 +175,13 @@ std::string replace_file(const std::string& path, const std::string& contents) {
     const std::string beside = path + '.' + std::to_string(getpid()) + ".new";
     const int descriptor = open(beside.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
     if (descriptor < 0)
-        return last_fault();
+        return writing_fault();
     keep_rights(descriptor, path);
     const bool is_written = write_whole(descriptor, contents);
-    std::string fault = is_written ? "" : last_fault();
+    std::string fault = is_written ? "" : writing_fault();
     close(descriptor);
     if (fault.empty() && std::rename(beside.c_str(), path.c_str()) != 0)
-        fault = last_fault();
+        fault = writing_fault();
     if (!fault.empty())
         unlink(beside.c_str());
     return fault;
@@ -191,6 +215,11 @@ std::string change_file(const std::string& path, CHANGE&& change) {
     return replace_file(target, contents);
 }
 
+// How the file ends its lines.
+const char* line_end(const std::vector<std::string>& lines) {
+    return !lines.empty() && lines.front().ends_with("\r\n") ? "\r\n" : "\n";
+}
+
 bool put_setting(const std::string& name, const std::string& value, std::vector<std::string>& lines) {
     for (auto line = lines.rbegin(); line != lines.rend(); ++line) {
         const SETTING_LINE parts = take_apart(*line);
@@ -199,9 +228,10 @@ bool put_setting(const std::string& name, const std::string& value, std::vector<
         line->replace(parts.value_place, parts.value.size(), value);
         return parts.value != value;
     }
-    if (!lines.empty() && lines.back().back() != '\n')
-        lines.back() += '\n';
-    lines.push_back(name + " = " + value + '\n');
+    const std::string end = line_end(lines);
+    if (!lines.empty() && !lines.back().ends_with('\n'))
+        lines.back() += end;
+    lines.push_back(name + " = " + value + end);
     return true;
 }
 

@@ -7,10 +7,12 @@
 #include "tovren_flash_manager.h"
 #include "tovren_standalone_host.h"
 
+#include <chrono>
 #include <cstdarg>
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace {
 
@@ -257,6 +259,153 @@ TEST_F(StandaloneSettings, NameAMissingFileThatTheEnvironmentNames) {
     const std::string errors = standard_error_of([] { cfg_get_value("A"); });
     EXPECT_TRUE(errors.starts_with(folder.path("none.ini") + ":")) << errors;
     EXPECT_EQ("", standard_error_of([] { cfg_get_value("A"); }));
+}
+
+TEST_F(StandaloneSettings, NameALineWithoutTheBytesThatSteerATerminal) {
+    const std::string errors = read("no \033[31mred\177 and no \xC2\x9B but \xC3\xA4\n");
+    EXPECT_EQ(path + ":1: \"no \\x1B[31mred\\x7F and no \\xC2\\x9B but \xC3\xA4\" is not of the form name = value; "
+                     "the line is skipped\n",
+              errors);
+}
+
+// ---- changing the settings file ----
+
+class StandaloneSettingsFile : public HOST_TEST {
+protected:
+    // What the file holds after the setting A was stored in a file of this text.
+    std::string stored(const std::string& text, const std::string& value = "new") {
+        write_text(path, text);
+        TOVREN_STANDALONE_HOST::set_settings_file(path);
+        EXPECT_EQ("", TOVREN_STANDALONE_HOST::store_setting("A", value)) << text;
+        return read_text(path);
+    }
+
+    std::string removed(const std::string& text, unsigned int expected_count) {
+        write_text(path, text);
+        TOVREN_STANDALONE_HOST::set_settings_file(path);
+        unsigned int count = 99;
+        EXPECT_EQ("", TOVREN_STANDALONE_HOST::remove_setting("A", count)) << text;
+        EXPECT_EQ(expected_count, count) << text;
+        return read_text(path);
+    }
+
+    // The names in the folder: what a change leaves beside the file would show.
+    std::vector<std::string> names() const {
+        std::vector<std::string> found;
+        for (const auto& entry : std::filesystem::directory_iterator(folder.path()))
+            found.push_back(entry.path().filename());
+        return found;
+    }
+
+    std::string path = folder.path("settings.ini");
+};
+
+TEST_F(StandaloneSettingsFile, TakesANewSettingAsItsLastLine) {
+    EXPECT_EQ("A = new\n", stored(""));
+    EXPECT_EQ("# mine\n\nnonsense\nAA = 1\nA = new\n", stored("# mine\n\nnonsense\nAA = 1\n"));
+    EXPECT_EQ("a = 1\nA = new\n", stored("a = 1\n"));
+    EXPECT_EQ("# A = 1\nA = new\n", stored("# A = 1\n"));
+}
+
+TEST_F(StandaloneSettingsFile, EndsALineThatHadNoEndBeforeANewOne) {
+    EXPECT_EQ("B = 1\nA = new\n", stored("B = 1"));
+    EXPECT_EQ("B = 1\r\nC = 2\r\nA = new\r\n", stored("B = 1\r\nC = 2"));
+}
+
+TEST_F(StandaloneSettingsFile, KeepsItsLineEnds) {
+    EXPECT_EQ("B = 1\r\nA = new\r\n", stored("B = 1\r\n"));
+    EXPECT_EQ("A = new\r\nB = 1\n", stored("A = old\r\nB = 1\n"));
+    EXPECT_EQ("A = new", stored("A = old"));
+}
+
+TEST_F(StandaloneSettingsFile, ChangesNothingOfALineButTheValue) {
+    EXPECT_EQ("\tA=new # why = old\n", stored("\tA=old # why = old\n"));
+    EXPECT_EQ("A  =  new  \n", stored("A  =  old  \n"));
+    EXPECT_EQ("A = new\n", stored("A = A = A\n"));
+    EXPECT_EQ("A =new# none\n", stored("A =# none\n"));
+    EXPECT_EQ("A =\n", stored("A =old\n", ""));
+}
+
+TEST_F(StandaloneSettingsFile, ChangesTheLineThatCounts) {
+    EXPECT_EQ("A = 1\nB = 2\nA = new\n", stored("A = 1\nB = 2\nA = 3\n"));
+    EXPECT_EQ("new", cfg_get_value("A"));
+}
+
+TEST_F(StandaloneSettingsFile, KeepsBytesThatAreNoText) {
+    const std::string bytes("\0\xFF\033\r\rx\n\n", 8);
+    EXPECT_EQ(bytes + "A = new\n", stored(bytes));
+}
+
+TEST_F(StandaloneSettingsFile, LosesEachLineOfARemovedSettingAndNoOther) {
+    EXPECT_EQ("# A = 0\n\nB = A\n", removed("# A = 0\nA = 1\n\nB = A\n A=2 # two\nA =", 3));
+    EXPECT_EQ("B = 1", removed("A = 1\nB = 1", 1));
+    EXPECT_EQ("", cfg_get_value("A"));
+    EXPECT_EQ("1", cfg_get_value("B"));
+}
+
+TEST_F(StandaloneSettingsFile, StaysTheSameFileWhereNothingIsToBeChanged) {
+    write_text(path, "A = 1");
+    const auto time = std::filesystem::file_time_type() + std::chrono::hours(1);
+    std::filesystem::last_write_time(path, time);
+    TOVREN_STANDALONE_HOST::set_settings_file(path);
+    unsigned int count = 99;
+    EXPECT_EQ("", TOVREN_STANDALONE_HOST::store_setting("A", "1"));
+    EXPECT_EQ("", TOVREN_STANDALONE_HOST::remove_setting("B", count));
+    EXPECT_EQ(0U, count);
+    EXPECT_EQ(time, std::filesystem::last_write_time(path));
+}
+
+TEST_F(StandaloneSettingsFile, IsMadeWithItsFolder) {
+    path = folder.path("new/deeper/settings.ini");
+    TOVREN_STANDALONE_HOST::set_settings_file(path);
+    EXPECT_EQ("", TOVREN_STANDALONE_HOST::store_setting("A", "1"));
+    EXPECT_EQ("A = 1\n", read_text(path));
+}
+
+TEST_F(StandaloneSettingsFile, IsNotMadeToRemoveASetting) {
+    TOVREN_STANDALONE_HOST::set_settings_file(path);
+    unsigned int count = 99;
+    EXPECT_EQ("", TOVREN_STANDALONE_HOST::remove_setting("A", count));
+    EXPECT_EQ(0U, count);
+    EXPECT_TRUE(names().empty());
+}
+
+TEST_F(StandaloneSettingsFile, KeepsItsRightsAndTheLinkToIt) {
+    write_text(path, "B = 1\n");
+    chmod(path.c_str(), 0640);
+    std::filesystem::create_symlink("settings.ini", folder.path("link.ini"));
+    TOVREN_STANDALONE_HOST::set_settings_file(folder.path("link.ini"));
+    EXPECT_EQ("", TOVREN_STANDALONE_HOST::store_setting("A", "1"));
+    EXPECT_EQ("B = 1\nA = 1\n", read_text(path));
+    EXPECT_TRUE(std::filesystem::is_symlink(folder.path("link.ini")));
+    EXPECT_EQ(std::filesystem::perms(0640), std::filesystem::status(path).permissions());
+    EXPECT_EQ(2U, names().size());
+}
+
+TEST_F(StandaloneSettingsFile, IsWholeWhereTheNewOneCannotBeWritten) {
+    write_text(path, "B = 1\n");
+    TOVREN_STANDALONE_HOST::set_settings_file(path);
+    std::filesystem::create_directory(path + '.' + std::to_string(getpid()) + ".new"); // in the way
+    EXPECT_EQ("it cannot be written: Is a directory", TOVREN_STANDALONE_HOST::store_setting("A", "1"));
+    EXPECT_EQ("B = 1\n", read_text(path));
+    EXPECT_EQ("1", cfg_get_value("B"));
+}
+
+TEST_F(StandaloneSettingsFile, IsNoFolderAndNoDevice) {
+    TOVREN_STANDALONE_HOST::set_settings_file(folder.path());
+    EXPECT_EQ("it is no file", TOVREN_STANDALONE_HOST::store_setting("A", "1"));
+    TOVREN_STANDALONE_HOST::set_settings_file("/dev/null");
+    EXPECT_EQ("it is no file", TOVREN_STANDALONE_HOST::store_setting("A", "1"));
+}
+
+TEST_F(StandaloneSettingsFile, RefusesWhatWouldNotComeBack) {
+    write_text(path, "B = 1\n");
+    TOVREN_STANDALONE_HOST::set_settings_file(path);
+    for (const char* value : {"a # b", " a", "a ", "a\nb", "a\n"})
+        EXPECT_NE("", TOVREN_STANDALONE_HOST::store_setting("A", value)) << value;
+    for (const char* name : {"", " A", "A#", "A=B", "A\nB"})
+        EXPECT_NE("", TOVREN_STANDALONE_HOST::store_setting(name, "1")) << name;
+    EXPECT_EQ("B = 1\n", read_text(path));
 }
 
 // ---- places and files ----
