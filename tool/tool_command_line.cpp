@@ -2,11 +2,13 @@
 #include "tool_command_line.h"
 
 #include "tool_error.h"
+#include "tool_output.h"
 #include "tool_text.h"
 
 #include <algorithm>
 #include <CLI/CLI.hpp>
 #include <iostream>
+#include <sstream>
 
 namespace {
 
@@ -50,6 +52,25 @@ std::string unexpected(const CLI::App& app, bool is_word_wanted) {
     return rest.empty() ? "" : rest.front();
 }
 
+// What may stand where `word` stands: the options of the verb and of all around it, or the verbs beside it.
+std::vector<std::string> alternatives(const std::string& word, const CLI::App& chosen) {
+    std::vector<std::string> names;
+    if (word[0] != '-')
+        return chosen.get_parent() ? child_names(*chosen.get_parent()) : names;
+    for (const CLI::App* app = &chosen; app; app = app->get_parent())
+        for (const CLI::Option* option : app->get_options())
+            for (const std::string& name : option->get_lnames())
+                names.push_back("--" + name);
+    return names;
+}
+
+std::vector<std::string> guesses(const std::string& word, const CLI::App& chosen) {
+    std::vector<std::string> names = tool_nearest_names(word, alternatives(word, chosen));
+    std::erase(names, word);
+    const std::string guess = tool_did_you_mean(names);
+    return guess.empty() ? std::vector<std::string>() : std::vector<std::string>{guess};
+}
+
 // A group or a verb is missing or is none.
 TOOL_ERROR wrong_choice(const CLI::App& app, const CLI::App& chosen) {
     const std::string kind = &chosen == &app ? "group" : "verb";
@@ -73,8 +94,9 @@ TOOL_ERROR wrong_usage(const CLI::App& app, const CLI::ParseError& error) {
         return wrong_choice(app, chosen);
     if (rest.empty() || !(is_extra || is_missing))
         return tool_usage_error(command_of(app), tool_printable(message));
-    return tool_usage_error(command_of(app),
-                            (rest[0] == '-' ? "there is no option " : "one argument too many: ") + tool_quoted(rest));
+    if (rest[0] == '-')
+        return tool_usage_error(command_of(app), "there is no option " + tool_quoted(rest), guesses(rest, chosen));
+    return tool_usage_error(command_of(app), "one argument too many: " + tool_quoted(rest), guesses(rest, chosen));
 }
 
 CLI::Option* add_text(CLI::App& app, const std::string& name, std::optional<std::string>& value, const char* help) {
@@ -139,7 +161,9 @@ const TOOL_ACTION* TOOL_COMMAND_LINE::parse(int argc, char** argv) {
     try {
         m_app->parse(argc, argv);
     } catch (const CLI::Success& asked) {
-        m_app->exit(asked, std::cout, std::cerr);
+        std::ostringstream text;
+        m_app->exit(asked, text, std::cerr);
+        TOOL_OUTPUT(false).write(text.str());
         return nullptr;
     } catch (const CLI::ParseError& error) {
         throw wrong_usage(*m_app, error);

@@ -29,7 +29,9 @@ std::string settings_file() {
 // Why the settings file stays as it is.
 TOOL_ERROR settings_refusal(const std::string& fault) {
     const std::string file = settings_file().empty() ? "settings" : tool_printable(settings_file());
-    return {TOOL_EXIT_REFUSED, file + ": " + fault, {"next: name a settings file that may be written with --settings"}};
+    return {TOOL_EXIT_REFUSED,
+            file + ": " + fault,
+            {"What stood there is as it was.", "next: name a settings file that may be written with --settings"}};
 }
 
 // ---- what was defined ----

@@ -50,6 +50,13 @@ int set_standard_output_aside() {
     std::_Exit(BROKEN_PIPE_EXIT_CODE);
 }
 
+[[noreturn]] void refuse_output() {
+    if (errno == EPIPE)
+        end_without_a_word();
+    throw TOOL_ERROR(TOOL_EXIT_REFUSED, std::string("standard output: cannot be written") +
+                                            (errno == 0 ? "" : std::string(": ") + strerror(errno)));
+}
+
 std::string json_text(const nlohmann::ordered_json& document, int indent) {
     return document.dump(indent, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
 }
@@ -65,16 +72,21 @@ std::string TOOL_OUTPUT::bold(std::string_view text) const {
 }
 
 void TOOL_OUTPUT::write(std::string_view text) const {
-    std::cout.flush();
+    tool_confirm_output();
     while (!text.empty()) {
         const ssize_t written = ::write(m_descriptor, text.data(), text.size());
         if (written >= 0)
             text.remove_prefix(static_cast<size_t>(written));
-        else if (errno == EPIPE)
-            end_without_a_word();
         else if (errno != EINTR)
-            throw TOOL_ERROR(TOOL_EXIT_REFUSED, std::string("standard output: cannot be written: ") + strerror(errno));
+            refuse_output();
     }
+}
+
+void tool_confirm_output() {
+    errno = 0; // it stays so where an earlier write has failed
+    std::cout.flush();
+    if (!std::cout)
+        refuse_output();
 }
 
 void TOOL_OUTPUT::write_json(const nlohmann::ordered_json& document, int indent) const {
@@ -108,7 +120,11 @@ void tool_complain(std::string_view message) {
                  static_cast<int>(message.size()), message.data());
 }
 
-TOOL_CAPTURE::TOOL_CAPTURE() : m_former(std::cout.rdbuf(m_text.rdbuf())) {}
+// To change a stream's buffer is to forget its state.
+TOOL_CAPTURE::TOOL_CAPTURE() : m_former(std::cout.rdbuf()) {
+    tool_confirm_output();
+    std::cout.rdbuf(m_text.rdbuf());
+}
 
 TOOL_CAPTURE::~TOOL_CAPTURE() {
     std::cout.rdbuf(m_former);

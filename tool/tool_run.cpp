@@ -11,6 +11,8 @@
 #include "host_fio.h"
 #include "host_text.h"
 
+#include <cstdlib>
+
 namespace {
 
 constexpr unsigned int MOST_DETAILED_DEBUG_LEVEL = 3;
@@ -30,11 +32,22 @@ void apply_setting(const std::string& text) {
     TOVREN_STANDALONE_HOST::set_setting(name, value);
 }
 
-void apply_settings_file(const std::string& file, bool may_be_missing) {
+// `origin` names the file. A verb that makes the file takes one that is missing.
+void apply_settings_file(const char* origin, const std::string& file, bool may_be_missing) {
     if (TOVREN_STANDALONE_HOST::set_settings_file(file))
         return;
     if (file.empty() || !may_be_missing || FIO_FILE_SYSTEM::exists(file.c_str()))
-        throw tool_usage_error("", "--settings: " + tool_quoted(file) + " cannot be read");
+        throw tool_usage_error("", std::string(origin) + ": " + tool_quoted(file) + " cannot be read");
+}
+
+void apply_settings(const TOOL_GLOBALS& globals) {
+    const char* const named = std::getenv("TOVREN_SETTINGS");
+    if (globals.settings)
+        apply_settings_file("--settings", *globals.settings, globals.is_settings_file_made);
+    else if (named && *named != '\0')
+        apply_settings_file("$TOVREN_SETTINGS", named, globals.is_settings_file_made);
+    for (const std::string& setting : globals.set)
+        apply_setting(setting);
 }
 
 void apply_debug_level(const std::string& text) {
@@ -50,10 +63,7 @@ void apply_globals(const TOOL_GLOBALS& globals) {
         throw tool_usage_error("", "--db-root: the folder's name is empty");
     if (globals.db_root)
         TOVREN_STANDALONE_HOST::set_device_db_root(*globals.db_root);
-    if (globals.settings)
-        apply_settings_file(*globals.settings, globals.is_settings_file_made);
-    for (const std::string& setting : globals.set)
-        apply_setting(setting);
+    apply_settings(globals);
     if (globals.debug)
         apply_debug_level(*globals.debug);
 }
@@ -65,7 +75,9 @@ int run(int argc, char** argv, TOOL_ADD_GROUPS add_groups) {
     if (!action)
         return TOOL_EXIT_DONE;
     apply_globals(line.globals());
-    return (*action)(TOOL_OUTPUT(line.globals().is_json));
+    const int exit_code = (*action)(TOOL_OUTPUT(line.globals().is_json));
+    tool_confirm_output();
+    return exit_code;
 }
 
 int complain(const TOOL_ERROR& error) {

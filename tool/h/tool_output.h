@@ -58,6 +58,9 @@ void tool_note(std::string_view text);
 // "tovren: MESSAGE", on standard error.
 void tool_complain(std::string_view message);
 
+// Throws where something that the library printed on standard output could not be written.
+void tool_confirm_output();
+
 // Holds back what the library prints on standard output as long as it lives.
 class TOOL_CAPTURE {
 public:
