@@ -11,6 +11,8 @@
 #include "tool_text.h"
 #include "tovren_flash_manager.h"
 
+#include <algorithm>
+#include <cctype>
 #include <iostream>
 #include <iterator>
 #include <memory>
@@ -23,16 +25,35 @@ namespace {
 
 using nlohmann::ordered_json;
 
-// The one that is called tells on standard output why it failed.
-template <typename CONVERSION>
-std::string converted(CONVERSION&& conversion, const std::string& text, const char* otherwise) {
+// The one that is called tells on standard output why it failed. `advise` says what to do about it.
+template <typename CONVERSION, typename ADVISE>
+std::string converted(CONVERSION&& conversion, const std::string& text, const char* otherwise, ADVISE&& advise) {
     const TOOL_CAPTURE capture;
     std::string result = conversion(text);
     if (!result.empty())
         return result;
     std::string reason = capture.text();
     gen_remove_leading_and_trailing_white_spaces(reason);
-    throw TOOL_ERROR(TOOL_EXIT_REFUSED, reason.empty() ? otherwise : reason);
+    throw TOOL_ERROR(TOOL_EXIT_REFUSED, reason.empty() ? otherwise : reason, {advise(text)});
+}
+
+std::string advice_to_encode(const std::string& list) {
+    if (list.empty())
+        return "The list is empty; `tovren flash define` makes one.";
+    return "It is too short: a list is DEFINITION#TAG; for each flash.";
+}
+
+std::string advice_to_decode(const std::string& encoded) {
+    if (encoded.empty())
+        return "The text is empty; `tovren flash define` makes one.";
+    const auto is_strange = [](unsigned char character) {
+        return std::isalnum(character) == 0 && character != '@' && character != '-';
+    };
+    const auto place = std::find_if(encoded.begin(), encoded.end(), is_strange);
+    if (place == encoded.end())
+        return "Give the whole text as `tovren flash define` prints it, behind \"INI : \" in the dialogue.";
+    return "Character " + std::to_string(place - encoded.begin() + 1) + ", " + tool_quoted({&*place, 1}) +
+           ", is none of 0-9 A-Z a-z @ -";
 }
 
 // ---- encode and decode ----
@@ -78,6 +99,8 @@ int convert(const char* key, const TOOL_OUTPUT& output, CONVERSION&& conversion)
 int tag(const std::string& definition, const TOOL_OUTPUT& output) {
     if (definition.empty())
         throw tool_usage_error("flash definition tag", "DEFINITION is empty");
+    if (definition.find('#') != std::string::npos)
+        tool_note("note: a # belongs to a list: DEFINITION ends in front of it");
     output.write_json({{"tag", TOVREN_FLASH_MANAGER::gen_ini_password(definition)},
                        {"version_text", TOVREN_FLASH_MANAGER::get_ini_version_text()}});
     return TOOL_EXIT_DONE;
@@ -248,8 +271,10 @@ int check(const std::optional<std::string>& argument, const TOOL_OUTPUT& output)
         list = tool_decode_definitions(text);
     } catch (const TOOL_ERROR& error) {
         write_nothing();
+        std::vector<std::string> details = {error.what()};
+        details.insert(details.end(), error.details().begin(), error.details().end());
         throw TOOL_ERROR(TOOL_EXIT_REFUSED, place + ": it cannot be decoded, and a load applies nothing of it",
-                         {error.what()});
+                         std::move(details));
     }
     return write_check(place, checked_entries(list), output);
 }
@@ -301,11 +326,11 @@ bool tool_compares_beyond_answer(const TOVREN_FLASH_INI_CHECK& check) {
 }
 
 std::string tool_encode_definitions(const std::string& list) {
-    return converted(TOVREN_FLASH_MANAGER::encode_ini, list, "the list cannot be encoded");
+    return converted(TOVREN_FLASH_MANAGER::encode_ini, list, "the list cannot be encoded", advice_to_encode);
 }
 
 std::string tool_decode_definitions(const std::string& encoded) {
-    return converted(TOVREN_FLASH_MANAGER::decode_ini, encoded, "the text stands for an empty list");
+    return converted(TOVREN_FLASH_MANAGER::decode_ini, encoded, "the text stands for an empty list", advice_to_decode);
 }
 
 void tool_add_definition_group(TOOL_GROUP& flash) {

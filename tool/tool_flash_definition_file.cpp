@@ -209,15 +209,16 @@ class KEY_WATCH {
 public:
     explicit KEY_WATCH(TOOL_DEFINITION_FILE& result) : m_result(result) {}
 
-    bool operator()(int, ordered_json::parse_event_t event, const ordered_json& parsed) {
-        if (event == ordered_json::parse_event_t::object_start)
+    bool operator()(int depth, ordered_json::parse_event_t event, const ordered_json& parsed) {
+        using EVENT = ordered_json::parse_event_t;
+        if (event == EVENT::object_start)
             m_keys.emplace_back();
-        if (event == ordered_json::parse_event_t::key)
+        if (event == EVENT::key)
             take(parsed.get<std::string>());
-        if (event == ordered_json::parse_event_t::object_end) {
+        if (event == EVENT::object_end)
             m_keys.pop_back();
-            m_flash += m_keys.empty() ? 1 : 0;
-        }
+        const bool is_end = event == EVENT::value || event == EVENT::array_end || event == EVENT::object_end;
+        m_flash += is_end && depth == 1 && m_keys.empty() ? 1 : 0;
         return true;
     }
 

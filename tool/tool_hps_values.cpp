@@ -251,7 +251,8 @@ std::vector<TOOL_COLUMN> tool_hps_columns(const TOOL_HPS_PARAMS& params) {
 }
 
 std::string tool_hps_help(const TOOL_HPS_PARAMS& params) {
-    std::string help = "\nEvery parameter is to be given once, NAME=VALUE:\n";
+    std::string help = "\nEvery parameter is to be given once, in any order, in the unit of its prompt;\n"
+                       "a number may begin with 0x, and -1 stands for the largest one:\n";
     for (size_t i = 0; i < params.names.size(); ++i)
         help += "  " + params.names[i] + std::string(32 - params.names[i].size(), ' ') + params.prompts[i] + '\n';
     return help;
