@@ -52,4 +52,14 @@ private:
 std::vector<unsigned char> fuzz_database_file(std::string_view magic, std::string_view md5,
                                               std::span<const unsigned char> payload);
 
+// The compressed table of an input for the naming tables, by the input's first character: B, a body, which gets its
+// magic and its CRC; S, two bytes of length and a stream; else a whole image.
+struct FUZZ_NAMING_TABLE {
+    explicit FUZZ_NAMING_TABLE(std::span<const unsigned char> input);
+
+    std::vector<unsigned char> stream;
+    unsigned int length = 0;
+    std::string body; // of a B
+};
+
 #endif
