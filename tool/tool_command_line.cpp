@@ -16,7 +16,7 @@ constexpr char FOOTER[] = R"(
 Results go to standard output, everything else to standard error.
 Exit codes: 0 done; 1 asked and not found; 2 wrong usage; 3 a file refused;
             70 an internal error.
-Environment: TOVREN_DB_ROOT, TOVREN_SETTINGS, NO_COLOR.
+Environment: TOVREN_DB_ROOT, TOVREN_SETTINGS, TOVREN_MODULE_PATH, NO_COLOR.
 `tovren GROUP --help` lists a group's verbs, `tovren GROUP VERB --help` one
 verb's arguments. The options above are taken behind the verb too.)";
 

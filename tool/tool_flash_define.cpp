@@ -157,6 +157,23 @@ int define(const DEFINE_OPTIONS& options, const TOOL_OUTPUT& output) {
     return options.from ? define_from(*options.from, options, output) : define_by_dialogue(options, output);
 }
 
+std::string define_help() {
+    std::string help = "\nWithout options the dialogue asks for them. FILE holds a JSON object, or an array\n"
+                       "of up to three, with the members below. A value is a number in the question's\n"
+                       "unit, true or false, or a text as it would be typed: 18 is eighteen, \"18\" is\n"
+                       "hexadecimal where the question says so. A load of the flash database applies\n"
+                       "the first flash.\n\n";
+    constexpr size_t MEMBER_WIDTH = 22;
+    for (const TOVREN_FLASH_PROMPT& prompt : TOVREN_FLASH_MANAGER::get_flash_prompts()) {
+        const std::string member = prompt.member;
+        const std::string question = prompt.question ? prompt.question : "";
+        if (!question.empty())
+            help += "  " + member + std::string(MEMBER_WIDTH - member.size(), ' ') +
+                    question.substr(0, question.rfind(" :")) + '\n';
+    }
+    return help;
+}
+
 } // namespace
 
 void tool_add_define_verb(TOOL_GROUP& flash) {
@@ -168,8 +185,5 @@ void tool_add_define_verb(TOOL_GROUP& flash) {
         .option("--from", "FILE", defined->from, "Read the definitions from a JSON file; - is standard input")
         .flag("--store", defined->is_stored, "Put the encoded text into the settings file")
         .flag("--remove", defined->is_removed, "Take it out of the settings file again")
-        .footer("\nThe file holds an object, or an array of up to three, with the members that the\n"
-                "dialogue asks for. A value is a number in the question's unit, true or false,\n"
-                "or a text as it would be typed: 18 is eighteen, \"18\" is hexadecimal where the\n"
-                "question says so. A load of the flash database applies the first flash.\n");
+        .footer(define_help().c_str());
 }

@@ -363,5 +363,7 @@ void tool_add_definition_group(TOOL_GROUP& flash) {
     group
         .add_verb("check", "Say field by field whether a load applies a stored text",
                   [checked](const TOOL_OUTPUT& output) { return check(*checked, output); })
-        .argument("TEXT", *checked, "The text; the configured setting without it");
+        .argument("TEXT", *checked, "The text; the configured setting without it")
+        .footer("\nExit code 0: a load applies the first entry; 3: it does not, and why is said;\n"
+                "1: the setting is not set.\n");
 }

@@ -193,8 +193,12 @@ int remove_flash(const TOOL_HPS_KIND& kind, const std::string& which, const TOOL
 
 void add_flash_group(TOOL_GROUP& hps, const TOOL_HPS_KIND& kind, const char* name, const char* help) {
     TOOL_GROUP group = hps.add_group(name, help);
-    group.add_verb("list", "List the flashes, the user's own first",
-                   [&kind](const TOOL_OUTPUT& output) { return list_flashes(kind, output); });
+    group
+        .add_verb("list", "List the flashes, the user's own first",
+                  [&kind](const TOOL_OUTPUT& output) { return list_flashes(kind, output); })
+        .footer(("\nThe user's own are section " + tool_section_text(kind.section) +
+                 " of pgm_flash.ini;\n`tovren params show --help` says where that file stands.\n")
+                    .c_str());
     const auto pairs = std::make_shared<std::vector<std::string>>();
     group
         .add_verb("add", "Add a flash of the user's own, ahead of all others",
