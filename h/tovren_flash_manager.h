@@ -252,15 +252,19 @@ public:
     TOVREN_SFL_FLASH_INFO m_ext_flash_info; // the user's own flash; an empty device_name means there is none
 
 private:
+    struct TOVREN_LOCAL ID_INDEX;
+
     TOVREN_LOCAL unsigned int read_payload_header(const unsigned char* data, unsigned int& index);
     TOVREN_LOCAL void read_record(const unsigned char* data, unsigned int& index, TOVREN_SFL_FLASH_INFO& record);
     TOVREN_LOCAL void read_enabled_records(unsigned char* data, unsigned int& index);
+    TOVREN_LOCAL DWORD find_flash(bool by_silicon_id, const unsigned char* id_bytes);
     TOVREN_LOCAL bool is_matching(const TOVREN_SFL_FLASH_INFO& record, bool by_silicon_id,
                                   const unsigned char* id_bytes) const;
     TOVREN_LOCAL static bool read_ini_field(const std::string& definition, std::string& field, size_t& position);
     TOVREN_LOCAL static TOVREN_FLASH_INI_ENTRY read_ini_entry(const std::string& list, size_t begin);
 
-    unsigned int m_payload_size; // bytes; bounds the record count that a payload may claim
+    std::unique_ptr<ID_INDEX> m_id_index; // null until a flash is looked for
+    unsigned int m_payload_size;          // bytes; bounds the record count that a payload may claim
 };
 
 #endif

@@ -1,5 +1,4 @@
-// The flash manager: loading, enabling, slot order, the one-default rule, the chain and its flashes, the debug report
-// and the small utilities.
+// The flash manager: loading, enabling, slot order, the one-default rule, the debug report and the small utilities.
 #include "fixtures.h"
 #include "flash_model.h"
 #include "report.h"
@@ -10,9 +9,6 @@
 #include <limits>
 
 namespace {
-
-constexpr char MAP_TEXT[] = "m_device_to_flash_map != NULL && device < m_device_count && m_flash_database != NULL && "
-                            "m_flash_count > 0";
 
 class FlashManager : public FLASH_TEST {
 protected:
@@ -26,17 +22,6 @@ protected:
 
     static void switch_on(const std::string& key) { TOVREN_STANDALONE_HOST::set_setting("PGM_ALLOW_" + key, "on"); }
 };
-
-TOVREN_SFL_FLASH_INFO keyed(const std::string& name, const std::string& key, bool default_dev = true) {
-    TOVREN_SFL_FLASH_INFO flash = make_flash(name);
-    flash.ini = key;
-    flash.default_dev = default_dev;
-    return flash;
-}
-
-TOVREN_SFL_FLASH_INFO no_default(const std::string& name) {
-    return keyed(name, "NONE", false);
-}
 
 // ---- life ----
 
@@ -217,6 +202,18 @@ TEST_F(FlashManager, ReadsNoRecordIntoASlotThatIsNotLive) {
                   IN_FLASH_MANAGER);
     EXPECT_REPORT(make_generator()->get_database(record.data(), index, 0), "m_flash_database != NULL",
                   IN_FLASH_MANAGER);
+}
+
+TEST_F(FlashManager, ReadsTextsOfEveryLength) {
+    std::vector<TOVREN_SFL_FLASH_INFO> flashes;
+    for (size_t length = 1; length <= 255; ++length) {
+        flashes.push_back(make_flash("QX" + std::to_string(length)));
+        flashes.back().manufacturer_name = std::string(length, 'm');
+        flashes.back().asc_voltage = std::string(255 - length, 'v');
+    }
+    const MANAGER manager = load(FLASH_FILE(flashes));
+    for (unsigned int index = 0; index < flashes.size(); ++index)
+        EXPECT_EQ(described(flashes[index]), described(*manager->get_flash(index)));
 }
 
 // ---- enabling ----
@@ -406,320 +403,6 @@ TEST_F(FlashManagerWithExternal, IsIdentifiedAndTimedLikeAnyOther) {
 
 TEST_F(FlashManagerWithExternal, HasItAloneWhenAllOthersAreDisabled) {
     EXPECT_EQ("QXEXT", names(*load_external(FLASH_FILE({keyed("QX1", "A")}), make_flash("QXEXT"))));
-}
-
-// ---- identification by device ID ----
-
-class FlashMapping : public FlashManager {
-protected:
-    // The record that a device answering these bytes is mapped to.
-    static unsigned int mapped(TOVREN_FLASH_MANAGER& manager, bool by_silicon_id, BYTES id) {
-        id.resize(256);
-        const bool found = manager.flash_id_database_mapping(by_silicon_id, 0, id.data());
-        const unsigned int index = manager.get_flash_mapping_index(0, true);
-        EXPECT_EQ(found, index != INVALID_DWORD);
-        return index;
-    }
-};
-
-TOVREN_SFL_FLASH_INFO silicon(const std::string& name, BYTE id, BYTE position) {
-    TOVREN_SFL_FLASH_INFO flash = make_flash(name);
-    flash.silicon_id = true;
-    flash.memory_id = id;
-    flash.memory_id_index = position;
-    return flash;
-}
-
-TEST_F(FlashMapping, FindsAFlashByItsThreeBytes) {
-    const MANAGER manager = load(FLASH_FILE({make_flash("QX1")}));
-    EXPECT_EQ(0U, mapped(*manager, false, {0xA1, 0x40, 0x18}));
-}
-
-TEST_F(FlashMapping, ComparesEachOfTheThreeBytes) {
-    const MANAGER manager = load(FLASH_FILE({make_flash("QX1")}));
-    EXPECT_EQ(INVALID_DWORD, mapped(*manager, false, {0xA2, 0x40, 0x18}));
-    EXPECT_EQ(INVALID_DWORD, mapped(*manager, false, {0xA1, 0x41, 0x18}));
-    EXPECT_EQ(INVALID_DWORD, mapped(*manager, false, {0xA1, 0x40, 0x19}));
-}
-
-TEST_F(FlashMapping, TakesEachByteFromItsOwnPosition) {
-    TOVREN_SFL_FLASH_INFO flash = make_flash("QX1");
-    flash.memory_id_index = 7;
-    flash.memory_type_index = 254;
-    flash.mfc_id_index = 3;
-    const MANAGER manager = load(FLASH_FILE({flash}));
-    BYTES id(256);
-    id[7] = 0x18;
-    id[254] = 0x40;
-    id[3] = 0xA1;
-    EXPECT_EQ(0U, mapped(*manager, false, id));
-    EXPECT_EQ(INVALID_DWORD, mapped(*manager, false, {0xA1, 0x40, 0x18}));
-}
-
-TEST_F(FlashMapping, ComparesNoMemoryTypeAtIndex255) {
-    TOVREN_SFL_FLASH_INFO flash = make_flash("QX1");
-    flash.memory_type_index = 0xFF;
-    const MANAGER manager = load(FLASH_FILE({flash}));
-    EXPECT_EQ(0U, mapped(*manager, false, {0xA1, 0x99, 0x18}));
-    EXPECT_EQ(INVALID_DWORD, mapped(*manager, false, {0xA2, 0x99, 0x18}));
-}
-
-TEST_F(FlashMapping, ReadsNoByteForAMemoryTypeAtIndex255) {
-    TOVREN_SFL_FLASH_INFO flash = make_flash("QX1");
-    flash.memory_type_index = 0xFF;
-    const MANAGER manager = load(FLASH_FILE({flash}));
-    BYTES id = {0xA1, 0x99, 0x18}; // no longer than the highest index that is compared
-    EXPECT_TRUE(manager->flash_id_database_mapping(false, 0, id.data()));
-}
-
-TEST_F(FlashMapping, ComparesTheManufacturerAlsoAtIndex255) {
-    TOVREN_SFL_FLASH_INFO flash = make_flash("QX1");
-    flash.mfc_id_index = 0xFF;
-    const MANAGER manager = load(FLASH_FILE({flash}));
-    BYTES id(256);
-    id[1] = 0x40;
-    id[2] = 0x18;
-    EXPECT_EQ(INVALID_DWORD, mapped(*manager, false, id));
-    id[255] = 0xA1;
-    EXPECT_EQ(0U, mapped(*manager, false, id));
-}
-
-TEST_F(FlashMapping, TakesTheFirstOfEqualFlashes) {
-    TOVREN_SFL_FLASH_INFO other = make_flash("QX1");
-    other.memory_id = 0x19;
-    const MANAGER manager = load(FLASH_FILE({other, make_flash("QX2"), make_flash("QX3")}));
-    EXPECT_EQ(1U, mapped(*manager, false, {0xA1, 0x40, 0x18}));
-}
-
-TEST_F(FlashMapping, FindsTheLastFlash) {
-    TOVREN_SFL_FLASH_INFO last = make_flash("QX3");
-    last.mfc_id = 0xB2;
-    const MANAGER manager = load(FLASH_FILE({make_flash("QX1"), make_flash("QX2"), last}));
-    EXPECT_EQ(2U, mapped(*manager, false, {0xB2, 0x40, 0x18}));
-}
-
-TEST_F(FlashMapping, LooksAtLiveRecordsOnly) {
-    // The empty record behind the live ones has the identification 00 00 00, all at position 0.
-    const MANAGER manager = load(FLASH_FILE({make_flash("QX1"), keyed("QX2", "A")}));
-    EXPECT_EQ(INVALID_DWORD, mapped(*manager, false, {0, 0, 0}));
-}
-
-TEST_F(FlashMapping, ForgetsTheFormerFlashOfADevice) {
-    const MANAGER manager = load(FLASH_FILE({make_flash("QX1")}));
-    EXPECT_EQ(0U, mapped(*manager, false, {0xA1, 0x40, 0x18}));
-    EXPECT_EQ(INVALID_DWORD, mapped(*manager, false, {0, 0, 0}));
-}
-
-TEST_F(FlashMapping, MapsTheDeviceAskedAboutAndNoOther) {
-    const MANAGER manager = load(FLASH_FILE({make_flash("QX1")}), 3);
-    unsigned char id[] = {0xA1, 0x40, 0x18};
-    EXPECT_TRUE(manager->flash_id_database_mapping(false, 1, id));
-    EXPECT_EQ(INVALID_DWORD, manager->get_flash_mapping_index(0, true));
-    EXPECT_EQ(0U, manager->get_flash_mapping_index(1, true));
-    EXPECT_EQ(INVALID_DWORD, manager->get_flash_mapping_index(2, true));
-}
-
-// ---- identification by silicon ID ----
-
-TEST_F(FlashMapping, FindsAFlashByItsSiliconId) {
-    const MANAGER manager = load(FLASH_FILE({silicon("QXS1", 0x15, 0), silicon("QXS2", 0x16, 4)}));
-    EXPECT_EQ(0U, mapped(*manager, true, {0x15}));
-    EXPECT_EQ(1U, mapped(*manager, true, {0, 0, 0, 0, 0x16}));
-    EXPECT_EQ(INVALID_DWORD, mapped(*manager, true, {0x16}));
-}
-
-TEST_F(FlashMapping, ReadsNothingButTheSiliconIdByte) {
-    const MANAGER manager = load(FLASH_FILE({silicon("QXS1", 0x15, 0)}));
-    BYTES id = {0x15};
-    EXPECT_TRUE(manager->flash_id_database_mapping(true, 0, id.data()));
-}
-
-TEST_F(FlashMapping, FindsNoDeviceIdFlashByASiliconId) {
-    const MANAGER manager = load(FLASH_FILE({make_flash("QX1")}));
-    EXPECT_EQ(INVALID_DWORD, mapped(*manager, true, {0xA1, 0x40, 0x18}));
-}
-
-TEST_F(FlashMapping, FindsNoSiliconIdFlashByADeviceId) {
-    const MANAGER manager = load(FLASH_FILE({silicon("QXS1", 0x18, 2)}));
-    EXPECT_EQ(INVALID_DWORD, mapped(*manager, false, {0xA1, 0x40, 0x18}));
-}
-
-TEST_F(FlashMapping, PassesOverTheOtherKind) {
-    const FLASH_FILE file({silicon("QXS1", 0x18, 2), make_flash("QX1"), silicon("QXS2", 0x15, 0)});
-    const MANAGER manager = load(file);
-    EXPECT_EQ(1U, mapped(*manager, false, {0xA1, 0x40, 0x18}));
-    EXPECT_EQ(2U, mapped(*manager, true, {0x15}));
-}
-
-// ---- the map's conditions ----
-
-TEST_F(FlashMapping, NeedsAMapADeviceAndARecord) {
-    unsigned char id[256] = {};
-    EXPECT_REPORT(make_generator()->flash_id_database_mapping(false, 9, id), "m_device_to_flash_map != NULL",
-                  IN_FLASH_MANAGER);
-    const MANAGER manager = load(FLASH_FILE({make_flash("QX1")}), 2);
-    EXPECT_REPORT(manager->flash_id_database_mapping(false, 2, id), "device_index < m_device_count", IN_FLASH_MANAGER);
-    EXPECT_REPORT(manager->flash_id_database_mapping(false, INVALID_DWORD, id), "device_index < m_device_count",
-                  IN_FLASH_MANAGER);
-    const MANAGER empty = load(FLASH_FILE({keyed("QX1", "A")}), 2);
-    EXPECT_REPORT(empty->flash_id_database_mapping(false, 2, id), "device_index < m_device_count", IN_FLASH_MANAGER);
-    EXPECT_REPORT(empty->flash_id_database_mapping(false, 1, id), "m_flash_database != NULL && m_flash_count > 0",
-                  IN_FLASH_MANAGER);
-}
-
-TEST_F(FlashMapping, GivesAnUnmappedDeviceOnRequestOnly) {
-    const MANAGER manager = load(FLASH_FILE({make_flash("QX1")}));
-    EXPECT_EQ(INVALID_DWORD, manager->get_flash_mapping_index(0, true));
-    EXPECT_REPORT(manager->get_flash_mapping_index(0, false), "index != INVALID_DWORD", IN_FLASH_MANAGER);
-    manager->set_flash_mapping_index(0, 0);
-    EXPECT_EQ(0U, manager->get_flash_mapping_index(0, false));
-    EXPECT_EQ(0U, manager->get_flash_mapping_index(0, true));
-}
-
-TEST_F(FlashMapping, GivesNothingForNoDevice) {
-    const MANAGER manager = load(FLASH_FILE({make_flash("QX1")}), 2);
-    EXPECT_REPORT(manager->get_flash_mapping_index(2, true), MAP_TEXT, IN_FLASH_MANAGER);
-    EXPECT_REPORT(make_generator()->get_flash_mapping_index(0, true), MAP_TEXT, IN_FLASH_MANAGER);
-    EXPECT_REPORT(load(FLASH_FILE({keyed("QX1", "A")}))->get_flash_mapping_index(0, true), MAP_TEXT, IN_FLASH_MANAGER);
-}
-
-TEST_F(FlashMapping, StoresARecordForADevice) {
-    const MANAGER manager = load(FLASH_FILE({make_flash("QX1"), make_flash("QX2")}), 2);
-    manager->set_flash_mapping_index(1, 1);
-    EXPECT_EQ(INVALID_DWORD, manager->get_flash_mapping_index(0, true));
-    EXPECT_EQ(1U, manager->get_flash_mapping_index(1, false));
-}
-
-TEST_F(FlashMapping, StoresNoOtherRecordAndForNoOtherDevice) {
-    const std::string text = std::string(MAP_TEXT) + " && index < m_flash_count";
-    const MANAGER manager = load(FLASH_FILE({make_flash("QX1"), make_flash("QX2")}), 2);
-    EXPECT_REPORT(manager->set_flash_mapping_index(2, 0), text, IN_FLASH_MANAGER);
-    EXPECT_REPORT(manager->set_flash_mapping_index(0, 2), text, IN_FLASH_MANAGER);
-    EXPECT_REPORT(manager->set_flash_mapping_index(0, INVALID_DWORD), text, IN_FLASH_MANAGER);
-    EXPECT_REPORT(make_generator()->set_flash_mapping_index(0, 0), text, IN_FLASH_MANAGER);
-    EXPECT_EQ(INVALID_DWORD, manager->get_flash_mapping_index(0, true));
-}
-
-// ---- every match, every record ----
-
-TEST_F(FlashMapping, ListsEveryMatchInOrder) {
-    TOVREN_SFL_FLASH_INFO other = make_flash("QX2");
-    other.memory_id = 0x19;
-    const MANAGER manager = load(FLASH_FILE({silicon("QXS1", 0x18, 2), make_flash("QX1"), other, make_flash("QX3")}));
-    const BYTES id = {0xA1, 0x40, 0x18};
-    EXPECT_EQ((std::vector<unsigned int>{1, 3}), manager->get_matching_flashes(false, id.data(), 3));
-    EXPECT_EQ((std::vector<unsigned int>{0}), manager->get_matching_flashes(true, id.data(), 3));
-}
-
-TEST_F(FlashMapping, ListsNoFlashThatComparesAByteBeyondTheAnswer) {
-    TOVREN_SFL_FLASH_INFO no_type = make_flash("QX2");
-    no_type.memory_type_index = 0xFF;
-    no_type.memory_id_index = 1;
-    no_type.memory_id = 0x40;
-    TOVREN_SFL_FLASH_INFO far_maker = no_type;
-    far_maker.device_name = "QX3";
-    far_maker.mfc_id_index = 0xFF;
-    const MANAGER manager = load(FLASH_FILE({make_flash("QX1"), no_type, far_maker, silicon("QXS1", 0x40, 1)}));
-    const BYTES id = {0xA1, 0x40};
-    EXPECT_EQ((std::vector<unsigned int>{1}), manager->get_matching_flashes(false, id.data(), 2));
-    EXPECT_EQ((std::vector<unsigned int>{3}), manager->get_matching_flashes(true, id.data(), 2));
-    EXPECT_TRUE(manager->get_matching_flashes(false, id.data(), 1).empty());
-    EXPECT_TRUE(manager->get_matching_flashes(true, id.data(), 1).empty());
-    EXPECT_TRUE(manager->get_matching_flashes(false, nullptr, 0).empty());
-}
-
-TEST_F(FlashManager, GivesARecordByItsIndex) {
-    const MANAGER manager = load(FLASH_FILE({make_flash("QX1"), keyed("QX2", "A"), make_flash("QX3")}));
-    EXPECT_EQ(2U, manager->get_flash_count());
-    EXPECT_EQ("QX3", manager->get_flash(1)->device_name);
-    EXPECT_EQ(nullptr, manager->get_flash(2));
-    EXPECT_EQ(nullptr, manager->get_flash(INVALID_DWORD));
-    EXPECT_EQ(nullptr, make_generator()->get_flash(0));
-}
-
-TEST_F(FlashManager, GivesAllRecordsOfAFileWhateverTheSwitchesSay) {
-    put_database(FLASH_FILE({keyed("QX1", "A"), no_default("QX2"), keyed("QX3", "B")}).bytes());
-    const std::vector<TOVREN_SFL_FLASH_INFO> all = TOVREN_FLASH_MANAGER::get_all_flashes(database);
-    ASSERT_EQ(3U, all.size());
-    EXPECT_EQ(described(keyed("QX1", "A")), described(all[0]));
-    EXPECT_EQ(described(no_default("QX2")), described(all[1]));
-    EXPECT_EQ(described(keyed("QX3", "B")), described(all[2]));
-}
-
-TEST_F(FlashManager, GivesNoRecordsOfABrokenFile) {
-    FLASH_FILE file({make_flash("QX1")});
-    file.end = "END3";
-    put_database(file.bytes());
-    EXPECT_REPORT(TOVREN_FLASH_MANAGER::get_all_flashes(database), "data[index++] == '2'", IN_DB_STREAM);
-    file.magic = "PGMIO_DM";
-    put_database(file.bytes());
-    EXPECT_TRUE(report_of([&] { TOVREN_FLASH_MANAGER::get_all_flashes(database); }).has_value());
-}
-
-// ---- defaults ----
-
-TEST_F(FlashManager, GivesTheDefaultOfAName) {
-    const MANAGER manager = load(FLASH_FILE({no_default("QX1"), make_flash("QX2"), make_flash("QX1")}));
-    EXPECT_EQ(manager->get_flash(2), manager->get_default_flash("QX1"));
-    EXPECT_EQ(manager->get_flash(1), manager->get_default_flash("QX2"));
-}
-
-TEST_F(FlashManager, GivesTheDefaultOfANameInAnyCase) {
-    const MANAGER manager = load(FLASH_FILE({make_flash("QXa1")}));
-    EXPECT_EQ(manager->get_flash(0), manager->get_default_flash("QXA1"));
-    EXPECT_EQ(manager->get_flash(0), manager->get_default_flash("qxa1"));
-}
-
-TEST_F(FlashManager, GivesNoDefaultOfAnUnknownName) {
-    const MANAGER manager = load(FLASH_FILE({make_flash("QX1"), keyed("QX2", "A")}));
-    for (const char* name : {"", "QX", "QX11", "QX1 ", "QX2"})
-        EXPECT_EQ(nullptr, manager->get_default_flash(name)) << name;
-    EXPECT_EQ(nullptr, make_generator()->get_default_flash("QX1"));
-}
-
-// ---- the longest program time ----
-
-TOVREN_SFL_FLASH_INFO timed(const std::string& name, DWORD program_utime) {
-    TOVREN_SFL_FLASH_INFO flash = make_flash(name);
-    flash.program_utime = program_utime;
-    return flash;
-}
-
-TEST_F(FlashManager, GivesTheLongestProgramTimeOfTheChain) {
-    const MANAGER manager = load(FLASH_FILE({timed("QX1", 700), timed("QX2", 5000), timed("QX3", 3000)}), 3);
-    manager->set_flash_mapping_index(0, 2);
-    EXPECT_EQ(3000U, manager->sfl_get_chain_longest_program_utime());
-    manager->set_flash_mapping_index(2, 0);
-    EXPECT_EQ(3000U, manager->sfl_get_chain_longest_program_utime());
-    manager->set_flash_mapping_index(1, 1);
-    EXPECT_EQ(5000U, manager->sfl_get_chain_longest_program_utime());
-}
-
-TEST_F(FlashManager, ComparesProgramTimesUnsigned) {
-    const MANAGER manager = load(FLASH_FILE({timed("QX1", 0x7FFFFFFF), timed("QX2", 0x80000000)}), 2);
-    manager->set_flash_mapping_index(0, 0);
-    manager->set_flash_mapping_index(1, 1);
-    EXPECT_EQ(0x80000000U, manager->sfl_get_chain_longest_program_utime());
-}
-
-TEST_F(FlashManager, CountsAMappedFlashWithoutAProgramTime) {
-    const MANAGER manager = load(FLASH_FILE({timed("QX1", 0)}));
-    manager->set_flash_mapping_index(0, 0);
-    EXPECT_EQ(0U, manager->sfl_get_chain_longest_program_utime());
-}
-
-TEST_F(FlashManager, HasNoLongestProgramTimeWithoutAMappedDevice) {
-    EXPECT_REPORT(load(FLASH_FILE({make_flash("QX1")}), 4)->sfl_get_chain_longest_program_utime(), "found",
-                  IN_FLASH_MANAGER);
-}
-
-TEST_F(FlashManager, HasNoLongestProgramTimeWithoutADevice) {
-    TOVREN_FLASH_MANAGER manager(true, 0, true, false);
-    EXPECT_REPORT(manager.sfl_get_chain_longest_program_utime(), "m_device_count > 0", IN_FLASH_MANAGER);
-}
-
-TEST_F(FlashManager, HasNoLongestProgramTimeWithoutRecords) {
-    EXPECT_REPORT(make_generator()->sfl_get_chain_longest_program_utime(), MAP_TEXT, IN_FLASH_MANAGER);
 }
 
 // ---- reports and messages ----

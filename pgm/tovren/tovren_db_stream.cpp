@@ -7,12 +7,26 @@
 #include "tovren_zlib.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdlib>
 #include <cstring>
-#include <fstream>
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace {
+
+constexpr unsigned int tags(std::initializer_list<TOVREN_MANAGER_TYPE> types) {
+    unsigned int all = 0;
+    for (const TOVREN_MANAGER_TYPE type : types)
+        all |= 1U << type;
+    return all;
+}
+
+} // namespace
 
 const TOVREN_DB_FORMAT TOVREN_DEVICE_DB_FORMAT = {
-    .has_devid_values = true,
+    .text_tags = tags({TOVREN_MANAGER_DEVID_STR, TOVREN_MANAGER_STRING}),
+    .dword_tags = tags({TOVREN_MANAGER_DEVID_ENUM, TOVREN_MANAGER_DWORD, TOVREN_MANAGER_ENUM}),
     .csv_md5 = &TOVREN_DEV_INFO_CSV_MD5,
     .magic = "PGMIO_DM",
     .exists_text = "FIO_FILE_SYSTEM::exists(device_file.fullpath().c_str()) && "
@@ -25,7 +39,8 @@ const TOVREN_DB_FORMAT TOVREN_DEVICE_DB_FORMAT = {
 };
 
 const TOVREN_DB_FORMAT TOVREN_FLASH_DB_FORMAT = {
-    .has_devid_values = false,
+    .text_tags = tags({TOVREN_MANAGER_STRING}),
+    .dword_tags = tags({TOVREN_MANAGER_DWORD}),
     .csv_md5 = &TOVREN_FLASH_INFO_CSV_MD5,
     .magic = "PGMIO_FM",
     .exists_text = "FIO_FILE_SYSTEM::exists(flash_file.fullpath().c_str()) && "
@@ -43,19 +58,47 @@ struct FILE_IMAGE {
     unsigned int size = 0;
 };
 
+class INPUT_FILE {
+public:
+    explicit INPUT_FILE(const char* path) : m_descriptor(open(path, O_RDONLY | O_CLOEXEC)) {}
+    ~INPUT_FILE() {
+        if (m_descriptor >= 0)
+            close(m_descriptor);
+    }
+    INPUT_FILE(const INPUT_FILE&) = delete;
+    INPUT_FILE& operator=(const INPUT_FILE&) = delete;
+
+    bool good() const { return m_descriptor >= 0; }
+
+    // False when there is less to read.
+    bool read(std::span<unsigned char> bytes) const {
+        while (!bytes.empty()) {
+            const ssize_t got = ::read(m_descriptor, bytes.data(), bytes.size());
+            if (got > 0)
+                bytes = bytes.subspan(static_cast<size_t>(got));
+            else if (got == 0 || errno != EINTR)
+                return false;
+        }
+        return true;
+    }
+
+private:
+    int m_descriptor;
+};
+
 FILE_IMAGE read_whole_file(const TOVREN_DB_FORMAT& format, const FIO_PATH& file) {
     const char* path = file.fullpath().c_str();
     FIO_STATUS stat_info;
     TOVREN_CHECK_TEXT(FIO_FILE_SYSTEM::exists(path) && FIO_FILE_SYSTEM::status(path, &stat_info), format.exists_text);
 
-    std::ifstream input(file.fullpath(), std::ios::in | std::ios::binary);
+    const INPUT_FILE input(path);
     TOVREN_CHECK(input.good());
     const auto file_size = static_cast<unsigned int>(stat_info.size);
     TOVREN_CHECK(file_size > (8 + 32 + 4 + 2));
 
-    FILE_IMAGE image{std::make_unique<unsigned char[]>(file_size), file_size};
-    input.read(reinterpret_cast<char*>(image.data.get()), file_size);
-    TOVREN_CHECK(input.good());
+    FILE_IMAGE image{std::make_unique_for_overwrite<unsigned char[]>(file_size), file_size};
+    const bool is_whole = input.read({image.data.get(), file_size});
+    TOVREN_CHECK_TEXT(is_whole, "input.good()");
     return image;
 }
 
@@ -166,77 +209,43 @@ unsigned int db_record_size(std::span<const TOVREN_MANAGER_TYPE> types, std::spa
 
 // ---- readers ----
 
-unsigned int db_get_dword(const unsigned char* data, unsigned int& index) {
-    const unsigned int value =
-        static_cast<unsigned int>(data[index]) | static_cast<unsigned int>(data[index + 1]) << 8 |
-        static_cast<unsigned int>(data[index + 2]) << 16 | static_cast<unsigned int>(data[index + 3]) << 24;
-    index += 4;
-    return value;
-}
-
-void db_get_dwords(const unsigned char* data, unsigned int& index, std::span<unsigned int> values) {
-    const unsigned char* place = data + index;
-    for (unsigned int& value : values) {
-        value = static_cast<unsigned int>(place[0]) | static_cast<unsigned int>(place[1]) << 8 |
-                static_cast<unsigned int>(place[2]) << 16 | static_cast<unsigned int>(place[3]) << 24;
-        place += 4;
-    }
-    index += static_cast<unsigned int>(4 * values.size());
-}
-
-bool db_get_bool(const unsigned char* data, unsigned int& index) {
-    const unsigned char type = data[index++];
+void db_refuse_bool(const unsigned char* value) {
+    const unsigned char type = value[0];
     TOVREN_CHECK(type == TOVREN_MANAGER_BOOL);
-    const unsigned char value = data[index++];
-    TOVREN_CHECK(value == 0 || value == 1);
-    return value == 1;
+    TOVREN_FAIL("value == 0 || value == 1");
 }
 
-unsigned char db_get_byte(const unsigned char* data, unsigned int& index) {
-    const unsigned char type = data[index++];
-    TOVREN_CHECK(type == TOVREN_MANAGER_BYTE);
-    return data[index++];
+void db_refuse_byte(const unsigned char*) {
+    TOVREN_FAIL("type == TOVREN_MANAGER_BYTE");
 }
 
-unsigned short db_get_word(const unsigned char* data, unsigned int& index) {
-    const unsigned char type = data[index++];
-    TOVREN_CHECK(type == TOVREN_MANAGER_WORD);
-    const unsigned int value = static_cast<unsigned int>(data[index]) | static_cast<unsigned int>(data[index + 1]) << 8;
-    index += 2;
-    return static_cast<unsigned short>(value);
+void db_refuse_word(const unsigned char*) {
+    TOVREN_FAIL("type == TOVREN_MANAGER_WORD");
 }
 
-unsigned int db_get_dword_value(const TOVREN_DB_FORMAT& format, const unsigned char* data, unsigned int& index) {
-    const unsigned char type = data[index++];
-    TOVREN_CHECK_TEXT(type == TOVREN_MANAGER_DWORD || (format.has_devid_values && (type == TOVREN_MANAGER_DEVID_ENUM ||
-                                                                                   type == TOVREN_MANAGER_ENUM)),
-                      format.dword_tag_text);
-    return db_get_dword(data, index);
+void db_refuse_dword_value(const TOVREN_DB_FORMAT& format, const unsigned char*) {
+    TOVREN_FAIL(format.dword_tag_text);
 }
 
-void db_get_string(const TOVREN_DB_FORMAT& format, const unsigned char* data, unsigned int& index, bool allow_empty,
-                   std::string& string) {
-    const unsigned char type = data[index++];
-    TOVREN_CHECK_TEXT(type == TOVREN_MANAGER_STRING || (format.has_devid_values && type == TOVREN_MANAGER_DEVID_STR),
-                      format.string_tag_text);
-    const unsigned char length = data[index++];
-    TOVREN_CHECK_TEXT(length > 0 || allow_empty, "allow_empty");
-    string.assign(reinterpret_cast<const char*>(data + index), length);
-    index += length;
+void db_refuse_string(const TOVREN_DB_FORMAT& format, const unsigned char* value) {
+    TOVREN_CHECK_TEXT(db_takes(format.text_tags, value[0]), format.string_tag_text);
+    TOVREN_FAIL("allow_empty");
 }
 
-void db_confirm_record_end(const unsigned char* data, unsigned int& index) {
+void db_refuse_record_end(const unsigned char* data) {
+    unsigned int index = 0;
     TOVREN_CHECK(data[index++] == 'E');
     TOVREN_CHECK(data[index++] == 'N');
     TOVREN_CHECK(data[index++] == 'D');
-    TOVREN_CHECK(data[index++] == '1');
+    TOVREN_FAIL("data[index++] == '1'");
 }
 
-void db_confirm_database_end(const unsigned char* data, unsigned int& index) {
+void db_refuse_database_end(const unsigned char* data) {
+    unsigned int index = 0;
     TOVREN_CHECK(data[index++] == 'E');
     TOVREN_CHECK(data[index++] == 'N');
     TOVREN_CHECK(data[index++] == 'D');
-    TOVREN_CHECK(data[index++] == '2');
+    TOVREN_FAIL("data[index++] == '2'");
 }
 
 // ---- writers ----
@@ -244,8 +253,10 @@ void db_confirm_database_end(const unsigned char* data, unsigned int& index) {
 namespace {
 
 void put_bytes(unsigned char** buffer, unsigned int& index, unsigned int value, unsigned int count) {
+    unsigned char* place = *buffer + index;
+    index += count;
     for (unsigned int i = 0; i < count; ++i)
-        (*buffer)[index++] = static_cast<unsigned char>(value >> (8 * i));
+        place[i] = static_cast<unsigned char>(value >> (8 * i));
 }
 
 void put_marker(unsigned char** buffer, unsigned int& index, const char* marker) {

@@ -7,14 +7,17 @@
 #include "host_cfg.h"
 #include "host_text.h"
 #include "tovren_check.h"
-#include "tovren_db_stream.h"
+#include "tovren_db_record.h"
+#include "tovren_dev_info_manager_auto_export.h"
+#include "tovren_index_table.h"
 
 #include <algorithm>
+#include <cstring>
 #include <fmt/printf.h>
 #include <iostream>
 #include <iterator>
+#include <string_view>
 #include <type_traits>
-#include <unordered_map>
 
 namespace {
 
@@ -25,26 +28,95 @@ bool equal_ignoring_case(const std::string& left, const std::string& right) {
     return gen_stricmp(left.c_str(), right.c_str()) == 0;
 }
 
-struct NAME_HASH {
-    size_t operator()(const char* name) const {
-        size_t hash = 14695981039346656037U;
-        for (; *name != '\0'; ++name) {
-            const auto byte = static_cast<unsigned char>(*name);
-            const unsigned char letter = byte >= 'A' && byte <= 'Z' ? byte + ('a' - 'A') : byte;
-            hash = (hash ^ letter) * 1099511628211U;
-        }
-        return hash;
+// Characters from `text` on, upper and lower case made alike: a letter's case is the bit 0x20.
+template <size_t COUNT>
+QWORD fold_case(const char* text) {
+    QWORD bytes = 0;
+    std::memcpy(&bytes, text, COUNT);
+    return bytes | 0x2020202020202020U;
+}
+
+// Equal for names that differ in letter case only. Eight characters a step; the last steps may overlap.
+DWORD hash_ignoring_case(const std::string& name) {
+    constexpr QWORD SPREAD = 0x9E3779B97F4A7C15U;
+    const char* text = name.data();
+    const char* const end = text + name.size();
+    QWORD hash = name.size();
+    if (name.size() >= 8) {
+        for (; end - text > 8; text += 8)
+            hash = (hash ^ fold_case<8>(text)) * SPREAD;
+        hash = (hash ^ fold_case<8>(end - 8)) * SPREAD;
+    } else if (name.size() >= 4) {
+        hash = (hash ^ fold_case<4>(text) ^ fold_case<4>(end - 4) << 32) * SPREAD;
+    } else {
+        for (; text != end; ++text)
+            hash = (hash ^ fold_case<1>(text)) * SPREAD;
     }
-};
+    return static_cast<DWORD>(hash >> 32);
+}
 
-struct NAME_EQUAL {
-    bool operator()(const char* left, const char* right) const { return gen_stricmp(left, right) == 0; }
-};
+bool is_switched_on(const std::string& ini) {
+    TOVREN_CHECK(!ini.empty());
+    return equal_ignoring_case(ini, "NONE") || cfg_is_on("PGM_ALLOW_" + ini, false);
+}
 
-// How many defaults each name has, letter case aside. The names belong to the records.
-using DEFAULT_COUNTS = std::unordered_map<const char*, unsigned int, NAME_HASH, NAME_EQUAL>;
+// Hardly any flash has a key of its own, and "NONE" is hardly ever written otherwise.
+inline bool is_enabled(const std::string& ini) {
+    return ini == std::string_view("NONE") || is_switched_on(ini);
+}
+
+// Names that are alike are nearly always the same to the letter.
+bool is_same_name(const std::string& left, const std::string& right) {
+    return left == right || equal_ignoring_case(left, right);
+}
+
+// The rule that each device name, letter case aside, has exactly one default record.
+class ONE_DEFAULT_RULE {
+public:
+    // For at most `count` records, `records` on.
+    ONE_DEFAULT_RULE(const TOVREN_SFL_FLASH_INFO* records, size_t count)
+        : m_records(records), m_names(count), m_default_counts(count, 1) {}
+
+    // Records are added in order, from 0 on.
+    void add(DWORD i) {
+        const TOVREN_SFL_FLASH_INFO& record = m_records[i];
+        const DWORD first = m_names.find_or_add(hash_ignoring_case(record.device_name), i, [&](DWORD other) {
+            return is_same_name(m_records[other].device_name, record.device_name);
+        });
+        if (first == i)
+            m_default_counts[i] = 0;
+        m_default_counts[first] += record.default_dev ? 1 : 0;
+    }
+
+    // Reports the first name that breaks the rule.
+    void confirm() const {
+        for (const DWORD count : m_default_counts) {
+            const bool one_default = count != 0;
+            TOVREN_CHECK_TEXT(count <= 1, "!one_default");
+            TOVREN_CHECK(one_default);
+        }
+    }
+
+private:
+    const TOVREN_SFL_FLASH_INFO* m_records;
+    TOVREN_INDEX_TABLE m_names; // the first record of each name
+    // How many defaults the name has, where a record is its name's first; 1 elsewhere, which breaks no rule.
+    std::vector<DWORD> m_default_counts;
+};
 
 } // namespace
+
+// Finds a flash without looking at every record. Nearly every flash answers three bytes in the usual places:
+// manufacturer, type, memory. Of the records that compare those, only the first of each three bytes can ever be found:
+// these stand in a hash table. All other records (silicon IDs, other places, no type byte) are few and are gone through
+// one by one.
+struct TOVREN_FLASH_MANAGER::ID_INDEX {
+    ID_INDEX(const TOVREN_SFL_FLASH_INFO* records, DWORD count);
+
+    TOVREN_INDEX_TABLE usual;
+    bool has_usual = false;
+    std::vector<DWORD> unusual; // positions, in order
+};
 
 TOVREN_FLASH_MANAGER::TOVREN_FLASH_MANAGER(bool, unsigned int device_count, bool skip_load, bool debug)
     : m_debug(debug ? 1 : 0), m_version(0), m_device_count(device_count), m_flash_count(0), m_ini_count(0),
@@ -77,7 +149,9 @@ unsigned int TOVREN_FLASH_MANAGER::parse_database(unsigned char* data) {
     parse_ext_flash_info();
     m_ini_count = m_ext_flash_info.device_name.empty() ? 0 : 1;
 
-    m_flash_database = std::make_unique<TOVREN_SFL_FLASH_INFO[]>(size_t{m_flash_count} + m_ini_count);
+    m_id_index.reset();
+    // The record's own initializers set every member.
+    m_flash_database = std::make_unique_for_overwrite<TOVREN_SFL_FLASH_INFO[]>(size_t{m_flash_count} + m_ini_count);
     read_enabled_records(data, index);
     db_confirm_database_end(data, index);
     confirm_default_value(m_ini_count);
@@ -109,71 +183,83 @@ unsigned int TOVREN_FLASH_MANAGER::read_payload_header(const unsigned char* data
 
 // A disabled record leaves its slot to the next one.
 void TOVREN_FLASH_MANAGER::read_enabled_records(unsigned char* data, unsigned int& index) {
+    TOVREN_SFL_FLASH_INFO* record = m_flash_database.get() + m_ini_count;
     unsigned int kept = 0;
-    while (kept < m_flash_count) {
-        const unsigned int slot = m_ini_count + kept;
-        if (get_database(data, index, slot)) {
+    for (unsigned int left = m_flash_count; left > 0; --left) {
+        read_record(data, index, *record);
+        if (is_enabled(record->ini)) {
+            ++record;
             ++kept;
         } else {
-            m_flash_database[slot] = TOVREN_SFL_FLASH_INFO();
-            --m_flash_count;
+            *record = TOVREN_SFL_FLASH_INFO();
         }
         db_confirm_record_end(data, index);
     }
+    m_flash_count = kept;
 }
 
 bool TOVREN_FLASH_MANAGER::get_database(unsigned char* data, unsigned int& index, unsigned int slot) {
     TOVREN_CHECK(m_flash_database != NULL);
     TOVREN_CHECK_TEXT(slot < m_flash_count + m_ini_count, "index < (m_flash_count + m_ini_count)");
+    m_id_index.reset();
     read_record(data, index, m_flash_database[slot]);
     return enable_device(slot);
 }
 
-namespace {
-
-// Reads each member by its type.
-struct MEMBER_READER {
-    const unsigned char* data;
-    unsigned int& index;
-
-    void operator()(const char*, std::string& value) {
-        db_get_string(TOVREN_FLASH_DB_FORMAT, data, index, true, value);
-    }
-    void operator()(const char*, bool& value) { value = db_get_bool(data, index); }
-    void operator()(const char*, BYTE& value) { value = db_get_byte(data, index); }
-    void operator()(const char*, WORD& value) { value = db_get_word(data, index); }
-    void operator()(const char*, DWORD& value) { value = db_get_dword_value(TOVREN_FLASH_DB_FORMAT, data, index); }
-};
-
-} // namespace
-
 void TOVREN_FLASH_MANAGER::read_record(const unsigned char* data, unsigned int& index, TOVREN_SFL_FLASH_INFO& record) {
-    tovren_visit_members(record, MEMBER_READER{data, index});
+    const bool has_slack = m_payload_size != UNKNOWN_PAYLOAD_SIZE; // only what initialize_flash_database() unpacked
+    db_read_record(TOVREN_FLASH_DB_FORMAT, has_slack, data, index, record);
 }
 
 bool TOVREN_FLASH_MANAGER::enable_device(unsigned int index) {
     TOVREN_CHECK(m_flash_database != NULL);
     TOVREN_CHECK(index < (m_flash_count + m_ini_count));
-    const std::string& ini = m_flash_database[index].ini;
-    TOVREN_CHECK(!ini.empty());
-    return equal_ignoring_case(ini, "NONE") || cfg_is_on("PGM_ALLOW_" + ini, false);
+    return is_enabled(m_flash_database[index].ini);
 }
 
 void TOVREN_FLASH_MANAGER::confirm_default_value(unsigned int first) {
-    DEFAULT_COUNTS defaults;
-    defaults.reserve(m_flash_count);
-    for (unsigned int i = first; i < first + m_flash_count; ++i)
-        defaults[m_flash_database[i].device_name.c_str()] += m_flash_database[i].default_dev ? 1 : 0;
-    if (std::all_of(defaults.begin(), defaults.end(), [](const auto& name) { return name.second == 1; }))
+    if (m_flash_count == 0)
         return;
+    ONE_DEFAULT_RULE rule(&m_flash_database[first], m_flash_count);
+    for (DWORD i = 0; i < m_flash_count; ++i)
+        rule.add(i);
+    rule.confirm();
+}
 
-    // Something is wrong: what stands first in the table is reported.
-    for (unsigned int i = first; i < first + m_flash_count; ++i) {
-        const unsigned int count = defaults[m_flash_database[i].device_name.c_str()];
-        const bool one_default = count != 0;
-        TOVREN_CHECK_TEXT(count <= 1, "!one_default");
-        TOVREN_CHECK(one_default);
+// ---- identification ----
+
+namespace {
+
+// Where nearly every flash has its bytes in its answer.
+constexpr BYTE MFC_PLACE = 0;
+constexpr BYTE TYPE_PLACE = 1;
+constexpr BYTE MEMORY_PLACE = 2;
+
+bool is_usual(const TOVREN_SFL_FLASH_INFO& record) {
+    return !record.silicon_id && record.memory_id_index == MEMORY_PLACE && record.memory_type_index == TYPE_PLACE &&
+           record.mfc_id_index == MFC_PLACE;
+}
+
+DWORD usual_key(BYTE mfc_id, BYTE memory_type, BYTE memory_id) {
+    return static_cast<DWORD>(mfc_id) | static_cast<DWORD>(memory_type) << 8 | static_cast<DWORD>(memory_id) << 16;
+}
+
+// The keys are whole: equal ones are the same three bytes.
+bool is_same_key(DWORD) {
+    return true;
+}
+
+} // namespace
+
+TOVREN_FLASH_MANAGER::ID_INDEX::ID_INDEX(const TOVREN_SFL_FLASH_INFO* records, DWORD count) : usual(count) {
+    for (DWORD i = 0; i < count; ++i) {
+        const TOVREN_SFL_FLASH_INFO& record = records[i];
+        if (is_usual(record))
+            usual.find_or_add(usual_key(record.mfc_id, record.memory_type, record.memory_id), i, is_same_key);
+        else
+            unusual.push_back(i);
     }
+    has_usual = unusual.size() < count;
 }
 
 bool TOVREN_FLASH_MANAGER::is_matching(const TOVREN_SFL_FLASH_INFO& record, bool by_silicon_id,
@@ -186,6 +272,23 @@ bool TOVREN_FLASH_MANAGER::is_matching(const TOVREN_SFL_FLASH_INFO& record, bool
            id_bytes[record.mfc_id_index] == record.mfc_id;
 }
 
+// The first record that matches, INVALID_DWORD for none. The index is made when it is first needed.
+DWORD TOVREN_FLASH_MANAGER::find_flash(bool by_silicon_id, const unsigned char* id_bytes) {
+    if (!m_id_index)
+        m_id_index = std::make_unique<ID_INDEX>(m_flash_database.get(), m_flash_count);
+    DWORD found = INVALID_DWORD;
+    if (!by_silicon_id && m_id_index->has_usual)
+        found = m_id_index->usual.find(usual_key(id_bytes[MFC_PLACE], id_bytes[TYPE_PLACE], id_bytes[MEMORY_PLACE]),
+                                       is_same_key);
+    for (const DWORD i : m_id_index->unusual) {
+        if (i > found)
+            break;
+        if (is_matching(m_flash_database[i], by_silicon_id, id_bytes))
+            return i;
+    }
+    return found;
+}
+
 bool TOVREN_FLASH_MANAGER::flash_id_database_mapping(bool by_silicon_id, unsigned int device_index,
                                                      unsigned char* id_bytes) {
     TOVREN_CHECK(m_device_to_flash_map != NULL);
@@ -194,10 +297,8 @@ bool TOVREN_FLASH_MANAGER::flash_id_database_mapping(bool by_silicon_id, unsigne
 
     unsigned int& entry = m_device_to_flash_map[device_index];
     entry = INVALID_DWORD;
-    unsigned int i = 0;
-    while (i < m_flash_count && !is_matching(m_flash_database[i], by_silicon_id, id_bytes))
-        ++i;
-    if (i == m_flash_count)
+    const DWORD i = find_flash(by_silicon_id, id_bytes);
+    if (i == INVALID_DWORD)
         return false;
 
     msg_vdebug_impl(MSG_D_LEVEL_2,
@@ -228,6 +329,7 @@ void TOVREN_FLASH_MANAGER::set_flash_mapping_index(unsigned int device, unsigned
 }
 
 TOVREN_SFL_FLASH_INFO* TOVREN_FLASH_MANAGER::get_default_flash(std::string device_name) {
+    m_id_index.reset(); // the caller may change the record
     for (unsigned int i = 0; i < m_flash_count; ++i)
         if (m_flash_database[i].default_dev && equal_ignoring_case(m_flash_database[i].device_name, device_name))
             return &m_flash_database[i];

@@ -1,7 +1,8 @@
 // Flash manager: writing the database from its CSV description (docs/formats/flash_csv.md).
 //
 // Two passes over the description: the first checks the header rows and adds up the exact size of the file image, the
-// second encodes. What the first does not look into is refused by the writers of the second.
+// second encodes. What the first does not look into is refused by the writers of the second. As nearly every
+// description is without fault, the first pass encodes along; the second is only made when that met a fault.
 #include "host_pgm_common.h"
 #include "host_text.h"
 #include "tovren_check.h"
@@ -10,6 +11,7 @@
 #include "tovren_flash_manager.h"
 
 #include <limits>
+#include <string_view>
 
 namespace {
 
@@ -54,9 +56,63 @@ void check_name_row(const std::vector<std::string>& svec, const std::vector<std:
     }
 }
 
-} // namespace
+// Encodes rows into a file image that grows. It reports nothing: at the first fault it gives up.
+class ROW_ENCODER {
+public:
+    explicit ROW_ENCODER(const std::vector<TOVREN_MANAGER_TYPE>& types) : m_types(types) {}
 
-unsigned int TOVREN_FLASH_MANAGER::check_flash_file(FIO_PATH csv, unsigned int& device_count) {
+    // `size`: encoded bytes of the row, "END1" included.
+    void add(const std::vector<std::string>& svec, size_t size) {
+        if (m_is_faulty)
+            return;
+        m_image.resize(m_index + size + DB_MARKER_SIZE);
+        unsigned char* buffer = m_image.data();
+        for (size_t i = 0; i < svec.size() && !m_is_faulty; ++i)
+            m_is_faulty = !put(&buffer, m_types[i], svec[i]);
+        if (!m_is_faulty)
+            db_put_record_end(&buffer, m_index);
+    }
+
+    // Writes the headers and "END2". The image, null when there was a fault or its size is not `size`.
+    unsigned char* finish(unsigned int device_count, size_t size) {
+        if (m_is_faulty || m_index + DB_MARKER_SIZE != size)
+            return nullptr;
+        unsigned char* buffer = m_image.data();
+        unsigned int index = 0;
+        db_put_headers(TOVREN_FLASH_DB_FORMAT, &buffer, index, static_cast<unsigned int>(size) - DB_HEADER_SIZE,
+                       device_count, TOTAL_DATABASE_MEMBER);
+        db_put_database_end(&buffer, m_index);
+        return buffer;
+    }
+
+private:
+    bool put(unsigned char** buffer, TOVREN_MANAGER_TYPE type, const std::string& cell) {
+        if (cell.empty())
+            return false;
+        if (type == TOVREN_MANAGER_STRING) {
+            db_put_string(buffer, m_index, type, cell);
+            return true;
+        }
+        if (type == TOVREN_MANAGER_BOOL) {
+            const bool value = cell == std::string_view("TRUE");
+            db_put_bool(buffer, m_index, value);
+            return value || cell == std::string_view("FALSE");
+        }
+        bool ok = false;
+        const unsigned int value = PGM_COMMON::convert_string_to_dword(cell, true, &ok, nullptr, true);
+        db_put_value(buffer, m_index, value, db_value_size(type));
+        return ok;
+    }
+
+    const std::vector<TOVREN_MANAGER_TYPE>& m_types;
+    std::vector<unsigned char> m_image;
+    unsigned int m_index = DB_HEADER_SIZE + DB_PAYLOAD_HEADER_SIZE;
+    bool m_is_faulty = false;
+};
+
+// Returns the payload's size. `encoder` may be null.
+size_t scan_flash_file(const FIO_PATH& csv, unsigned int& device_count, const std::vector<std::string>& names,
+                       const std::vector<TOVREN_MANAGER_TYPE>& types, ROW_ENCODER* encoder) {
     device_count = 0;
     size_t size = DB_PAYLOAD_HEADER_SIZE + DB_MARKER_SIZE;
     CSV_READER input(csv);
@@ -65,30 +121,44 @@ unsigned int TOVREN_FLASH_MANAGER::check_flash_file(FIO_PATH csv, unsigned int& 
         if (!is_free_row(row))
             TOVREN_CHECK(DWORD(svec.size()) == TOTAL_DATABASE_MEMBER);
         if (row == TYPE_ROW)
-            check_type_row(svec, m_type_list);
+            check_type_row(svec, types);
         else if (row == NAME_ROW)
-            check_name_row(svec, m_name_list);
+            check_name_row(svec, names);
         else if (row >= FIRST_DATA_ROW) {
-            size += db_record_size(m_type_list, svec);
+            const unsigned int record_size = db_record_size(types, svec);
+            size += record_size;
             ++device_count;
+            if (encoder)
+                encoder->add(svec, record_size);
         }
     }
     const bool status = input.is_good();
     TOVREN_CHECK(status && device_count > 0);
     TOVREN_CHECK_TEXT(size + DB_HEADER_SIZE <= std::numeric_limits<unsigned int>::max(), "pure_memory_size > 0");
-    return static_cast<unsigned int>(size);
+    return size;
+}
+
+} // namespace
+
+unsigned int TOVREN_FLASH_MANAGER::check_flash_file(FIO_PATH csv, unsigned int& device_count) {
+    return static_cast<unsigned int>(scan_flash_file(csv, device_count, m_name_list, m_type_list, nullptr));
 }
 
 void TOVREN_FLASH_MANAGER::generate_flash_database(FIO_PATH csv, FIO_PATH output) {
     unsigned int device_count = 0;
-    const unsigned int pure_memory_size = check_flash_file(csv, device_count);
+    ROW_ENCODER encoder(m_type_list);
+    const auto pure_memory_size =
+        static_cast<unsigned int>(scan_flash_file(csv, device_count, m_name_list, m_type_list, &encoder));
     TOVREN_CHECK(pure_memory_size > 0);
     const unsigned int memory_size = DB_HEADER_SIZE + pure_memory_size;
+    TOVREN_CHECK(TOVREN_FLASH_INFO_CSV_MD5.size() == 32);
+    if (const unsigned char* image = encoder.finish(device_count, memory_size))
+        return db_write_file(output, image, memory_size);
+
     const auto memory = std::make_unique<unsigned char[]>(memory_size);
     unsigned char* buffer = memory.get();
 
     unsigned int index = 0;
-    TOVREN_CHECK(TOVREN_FLASH_INFO_CSV_MD5.size() == 32);
     db_put_headers(TOVREN_FLASH_DB_FORMAT, &buffer, index, pure_memory_size, device_count, TOTAL_DATABASE_MEMBER);
 
     CSV_READER input(csv);

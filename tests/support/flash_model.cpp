@@ -146,6 +146,17 @@ TOVREN_SFL_FLASH_INFO make_flash(const std::string& device_name) {
     return flash;
 }
 
+TOVREN_SFL_FLASH_INFO keyed(const std::string& device_name, const std::string& key, bool default_dev) {
+    TOVREN_SFL_FLASH_INFO flash = make_flash(device_name);
+    flash.ini = key;
+    flash.default_dev = default_dev;
+    return flash;
+}
+
+TOVREN_SFL_FLASH_INFO no_default(const std::string& device_name) {
+    return keyed(device_name, "NONE", false);
+}
+
 FLASH_FILE::FLASH_FILE() : md5(TOVREN_FLASH_INFO_CSV_MD5) {}
 
 FLASH_FILE::FLASH_FILE(std::vector<TOVREN_SFL_FLASH_INFO> all) : FLASH_FILE() {

@@ -36,6 +36,8 @@ std::string described(const TOVREN_SFL_FLASH_INFO& flash);
 
 // A flash whose values differ from one another and from 0, so that no two can be mistaken; the default of its name.
 TOVREN_SFL_FLASH_INFO make_flash(const std::string& device_name);
+TOVREN_SFL_FLASH_INFO keyed(const std::string& device_name, const std::string& key, bool default_dev = true);
+TOVREN_SFL_FLASH_INFO no_default(const std::string& device_name);
 
 // A database file, field by field; a test sets the one that it wants wrong.
 struct FLASH_FILE {

@@ -16,7 +16,8 @@
 #include <vector>
 
 struct TOVREN_DB_FORMAT {
-    bool has_devid_values; // texts may bear the tag 1, 32-bit numbers the tags 0 and 7
+    unsigned int text_tags;  // what texts may bear: bit n stands for tag n
+    unsigned int dword_tags; // what 32-bit numbers may bear
     const std::string* csv_md5;
     const char* magic;
     // Condition texts. They stand apart from the conditions because one piece of code serves both databases.
@@ -39,9 +40,12 @@ inline constexpr unsigned int DB_PAYLOAD_HEADER_SIZE = 12; // version, record co
 inline constexpr unsigned int DB_VERSION = 1;
 inline constexpr unsigned int DB_MARKER_SIZE = 4;
 
+// Characters that a reader of short texts may take along from behind a text.
+inline constexpr unsigned int DB_TEXT_OVERRUN = 12;
+
 // Zeros that satisfy a reader are tag 0 with its number (5 bytes) for at most the 86 members of a record, behind a text
 // of 255 characters that starts with the payload's last bytes.
-inline constexpr unsigned int DB_STREAM_SLACK = 2 + 255 + 5 * 86 + DB_PAYLOAD_HEADER_SIZE;
+inline constexpr unsigned int DB_STREAM_SLACK = 2 + 255 + 5 * 86 + DB_PAYLOAD_HEADER_SIZE + DB_TEXT_OVERRUN;
 
 struct DB_PAYLOAD {
     std::unique_ptr<unsigned char[]> data; // `size` bytes and DB_STREAM_SLACK zeros
@@ -79,18 +83,91 @@ constexpr bool db_is_text(TOVREN_MANAGER_TYPE type) {
 // Encoded bytes of a record with these cells, "END1" included; without cells that of a record whose texts are empty.
 unsigned int db_record_size(std::span<const TOVREN_MANAGER_TYPE> types, std::span<const std::string> cells);
 
+// Whether `tag` is among `tags`, a bit for each.
+constexpr bool db_takes(unsigned int tags, unsigned char tag) {
+    return tag < TOVREN_MANAGER_TYPE_MAX && (tags >> tag & 1) != 0;
+}
+
 // ---- readers ----
 
-unsigned int db_get_dword(const unsigned char* data, unsigned int& index);
-void db_get_dwords(const unsigned char* data, unsigned int& index, std::span<unsigned int> values);
-bool db_get_bool(const unsigned char* data, unsigned int& index);
-unsigned char db_get_byte(const unsigned char* data, unsigned int& index);
-unsigned short db_get_word(const unsigned char* data, unsigned int& index);
-unsigned int db_get_dword_value(const TOVREN_DB_FORMAT& format, const unsigned char* data, unsigned int& index);
-void db_get_string(const TOVREN_DB_FORMAT& format, const unsigned char* data, unsigned int& index, bool allow_empty,
-                   std::string& string);
-void db_confirm_record_end(const unsigned char* data, unsigned int& index);   // "END1"
-void db_confirm_database_end(const unsigned char* data, unsigned int& index); // "END2"
+// What a reader does with a value that it cannot take: reports what is wrong with it. `value` is at the tag.
+[[noreturn]] void db_refuse_bool(const unsigned char* value);
+[[noreturn]] void db_refuse_byte(const unsigned char* value);
+[[noreturn]] void db_refuse_word(const unsigned char* value);
+[[noreturn]] void db_refuse_dword_value(const TOVREN_DB_FORMAT& format, const unsigned char* value);
+[[noreturn]] void db_refuse_string(const TOVREN_DB_FORMAT& format, const unsigned char* value);
+[[noreturn]] void db_refuse_record_end(const unsigned char* marker);
+[[noreturn]] void db_refuse_database_end(const unsigned char* marker);
+
+// The readers are inline: one of them runs for each member of each record.
+
+inline unsigned int db_get_dword(const unsigned char* data, unsigned int& index) {
+    const unsigned char* bytes = data + index;
+    index += 4;
+    return static_cast<unsigned int>(bytes[0]) | static_cast<unsigned int>(bytes[1]) << 8 |
+           static_cast<unsigned int>(bytes[2]) << 16 | static_cast<unsigned int>(bytes[3]) << 24;
+}
+
+// As many bare numbers as `values` holds.
+inline void db_get_dwords(const unsigned char* data, unsigned int& index, std::span<unsigned int> values) {
+    for (unsigned int& value : values)
+        value = db_get_dword(data, index);
+}
+
+inline bool db_get_bool(const unsigned char* data, unsigned int& index) {
+    const unsigned char* value = data + index;
+    if (value[0] != TOVREN_MANAGER_BOOL || value[1] > 1)
+        db_refuse_bool(value);
+    index += 2;
+    return value[1] == 1;
+}
+
+inline unsigned char db_get_byte(const unsigned char* data, unsigned int& index) {
+    const unsigned char* value = data + index;
+    if (value[0] != TOVREN_MANAGER_BYTE)
+        db_refuse_byte(value);
+    index += 2;
+    return value[1];
+}
+
+inline unsigned short db_get_word(const unsigned char* data, unsigned int& index) {
+    const unsigned char* value = data + index;
+    if (value[0] != TOVREN_MANAGER_WORD)
+        db_refuse_word(value);
+    index += 3;
+    return static_cast<unsigned short>(value[1] | value[2] << 8);
+}
+
+inline unsigned int db_get_dword_value(const TOVREN_DB_FORMAT& format, const unsigned char* data, unsigned int& index) {
+    if (!db_takes(format.dword_tags, data[index]))
+        db_refuse_dword_value(format, data + index);
+    ++index;
+    return db_get_dword(data, index);
+}
+
+inline void db_get_string(const TOVREN_DB_FORMAT& format, const unsigned char* data, unsigned int& index,
+                          bool allow_empty, std::string& string) {
+    const unsigned char* value = data + index;
+    if (!db_takes(format.text_tags, value[0]) || (value[1] == 0 && !allow_empty))
+        db_refuse_string(format, value);
+    const unsigned char length = value[1];
+    index += 2U + length;
+    string.assign(reinterpret_cast<const char*>(value + 2), length);
+}
+
+inline void db_confirm_record_end(const unsigned char* data, unsigned int& index) { // "END1"
+    const unsigned char* marker = data + index;
+    if (marker[0] != 'E' || marker[1] != 'N' || marker[2] != 'D' || marker[3] != '1')
+        db_refuse_record_end(marker);
+    index += DB_MARKER_SIZE;
+}
+
+inline void db_confirm_database_end(const unsigned char* data, unsigned int& index) { // "END2"
+    const unsigned char* marker = data + index;
+    if (marker[0] != 'E' || marker[1] != 'N' || marker[2] != 'D' || marker[3] != '2')
+        db_refuse_database_end(marker);
+    index += DB_MARKER_SIZE;
+}
 
 // ---- writers ----
 
