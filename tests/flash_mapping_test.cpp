@@ -3,6 +3,7 @@
 #include "flash_model.h"
 #include "report.h"
 #include "tovren_flash_manager.h"
+#include "tovren_standalone_host.h"
 
 #include <gtest/gtest.h>
 
@@ -350,6 +351,30 @@ TEST_F(FlashMapping, HasNoLongestProgramTimeWithoutADevice) {
 
 TEST_F(FlashMapping, HasNoLongestProgramTimeWithoutRecords) {
     EXPECT_REPORT(make_generator()->sfl_get_chain_longest_program_utime(), MAP_TEXT, IN_FLASH_MANAGER);
+}
+
+// ---- messages ----
+
+TEST_F(FlashMapping, TellsTheDeviceAndTheRecordThatItFound) {
+    const FLASH_FILE file({silicon("QXS1", 0x15, 0), make_flash("QX1"), make_flash("QX2")});
+    const MANAGER manager = load(file, 3);
+    TOVREN_STANDALONE_HOST::set_debug_level(2);
+    unsigned char id[] = {0xA1, 0x40, 0x18};
+    unsigned char silicon_id[] = {0x15};
+    const std::string by_device = standard_error_of([&] { manager->flash_id_database_mapping(false, 2, id); });
+    const std::string by_silicon = standard_error_of([&] { manager->flash_id_database_mapping(true, 0, silicon_id); });
+    EXPECT_NE(std::string::npos, by_device.find("Found Device 3 device id at index 1\n")) << by_device;
+    EXPECT_NE(std::string::npos, by_silicon.find("Found Device 1 silicon id at index 0\n")) << by_silicon;
+}
+
+TEST_F(FlashMapping, TellsNothingBelowItsLevelOrWithoutAMatch) {
+    const MANAGER manager = load(FLASH_FILE({make_flash("QX1")}));
+    unsigned char id[] = {0xA1, 0x40, 0x18};
+    TOVREN_STANDALONE_HOST::set_debug_level(1);
+    EXPECT_EQ("", standard_error_of([&] { manager->flash_id_database_mapping(false, 0, id); }));
+    TOVREN_STANDALONE_HOST::set_debug_level(3);
+    id[0] = 0;
+    EXPECT_EQ("", standard_error_of([&] { manager->flash_id_database_mapping(false, 0, id); }));
 }
 
 } // namespace

@@ -43,12 +43,6 @@ protected:
     std::string database;
 };
 
-TOVREN_SFL_FLASH_INFO keyed(const std::string& name, const std::string& key) {
-    TOVREN_SFL_FLASH_INFO flash = make_flash(name);
-    flash.ini = key;
-    return flash;
-}
-
 // ---- settings ----
 
 TEST_F(HostCalls, AskForTheSwitchOfAKeyOnceForEachRecordWithTheDefaultOff) {

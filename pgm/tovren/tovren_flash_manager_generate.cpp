@@ -2,7 +2,8 @@
 //
 // Two passes over the description: the first checks the header rows and adds up the exact size of the file image, the
 // second encodes. What the first does not look into is refused by the writers of the second. As nearly every
-// description is without fault, the first pass encodes along; the second is only made when that met a fault.
+// description is without fault, the first pass encodes along; the second is only made when that met a fault or when the
+// description is no file whose two passes read the same.
 #include "host_pgm_common.h"
 #include "host_text.h"
 #include "tovren_check.h"
@@ -10,6 +11,7 @@
 #include "tovren_db_stream.h"
 #include "tovren_flash_manager.h"
 
+#include <filesystem>
 #include <limits>
 #include <string_view>
 
@@ -56,10 +58,17 @@ void check_name_row(const std::vector<std::string>& svec, const std::vector<std:
     }
 }
 
+bool is_regular_file(const FIO_PATH& file) {
+    std::error_code error;
+    return std::filesystem::is_regular_file(file.fullpath(), error);
+}
+
 // Encodes rows into a file image that grows. It reports nothing: at the first fault it gives up.
 class ROW_ENCODER {
 public:
-    explicit ROW_ENCODER(const std::vector<TOVREN_MANAGER_TYPE>& types) : m_types(types) {}
+    // Without `is_wanted` it gives up at once.
+    ROW_ENCODER(const std::vector<TOVREN_MANAGER_TYPE>& types, bool is_wanted)
+        : m_types(types), m_is_faulty(!is_wanted) {}
 
     // `size`: encoded bytes of the row, "END1" included.
     void add(const std::vector<std::string>& svec, size_t size) {
@@ -107,7 +116,7 @@ private:
     const std::vector<TOVREN_MANAGER_TYPE>& m_types;
     std::vector<unsigned char> m_image;
     unsigned int m_index = DB_HEADER_SIZE + DB_PAYLOAD_HEADER_SIZE;
-    bool m_is_faulty = false;
+    bool m_is_faulty;
 };
 
 // Returns the payload's size. `encoder` may be null.
@@ -146,7 +155,7 @@ unsigned int TOVREN_FLASH_MANAGER::check_flash_file(FIO_PATH csv, unsigned int& 
 
 void TOVREN_FLASH_MANAGER::generate_flash_database(FIO_PATH csv, FIO_PATH output) {
     unsigned int device_count = 0;
-    ROW_ENCODER encoder(m_type_list);
+    ROW_ENCODER encoder(m_type_list, is_regular_file(csv));
     const auto pure_memory_size =
         static_cast<unsigned int>(scan_flash_file(csv, device_count, m_name_list, m_type_list, &encoder));
     TOVREN_CHECK(pure_memory_size > 0);
