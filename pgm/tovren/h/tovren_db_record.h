@@ -43,13 +43,13 @@ struct DB_QUICK_READER {
         place += 2 + length;
     }
     void operator()(const char*, bool& value) {
-        const unsigned int pair = place[0] | place[1] << 8; // tag and value in one load
+        const unsigned int pair = tag_and_byte();
         wrong |= (pair ^ TOVREN_MANAGER_BOOL) & ~(1U << 8);
         value = (pair >> 8 & 1) != 0;
         place += 2;
     }
     void operator()(const char*, BYTE& value) {
-        const unsigned int pair = place[0] | place[1] << 8;
+        const unsigned int pair = tag_and_byte();
         wrong |= (pair ^ TOVREN_MANAGER_BYTE) & 0xFF;
         value = static_cast<BYTE>(pair >> 8);
         place += 2;
@@ -68,6 +68,9 @@ struct DB_QUICK_READER {
     }
 
 private:
+    // Both in one load.
+    unsigned int tag_and_byte() const { return place[0] | static_cast<unsigned int>(place[1]) << 8; }
+
     // A copy of a fixed size is a pair of moves: what is too much is cut off again.
     static void assign(std::string& string, const char* text, size_t length) {
         if (length > DB_TEXT_OVERRUN) {
