@@ -40,9 +40,9 @@ int with_guess(int result, const std::string& message, const std::vector<std::st
 int full(const std::string& name, const TOOL_OUTPUT& output) {
     const std::string answer = TOVREN_MGR::find_possible_full_name(name);
     const int result = write_answer("name", name, "full_name", answer, output);
-    return result == TOOL_EXIT_DONE ? result
-                                    : with_guess(result, tool_quoted(name) + " stands for no part of the catalogue",
-                                                 GRAMMAR::get_near_names(name));
+    return with_guess(result, tool_quoted(name) + " stands for no part of the catalogue",
+                      result == TOOL_EXIT_DONE ? std::vector<std::string>()
+                                               : tool_nearest_names(name, tool_part_names()));
 }
 
 std::vector<std::string> keys_of(unsigned int map) {

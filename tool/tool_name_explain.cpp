@@ -22,12 +22,21 @@ using GRAMMAR = TOVREN_DEVICE_GRAMMAR_MGR;
 constexpr unsigned int NO_OPN = 0xFFFFFFFF;
 constexpr unsigned long long NO_HASH = 0xFFFFFFFFFFFFFFFF;
 
-// From a part, a device or a part file to the rest. A family alone leads nowhere further.
+// The part that the name stands for, else the first one of its package, else of its programmer name.
+std::string catalogue_part_of(const TOOL_NAME_ANSWERS& answers) {
+    std::string part = answers.full_name;
+    for (const std::string* name : {&answers.package_name, &answers.pgm_name})
+        if (part.empty() && *name != answers.standardised)
+            part = TOVREN_MGR::find_possible_full_name(*name);
+    return part;
+}
+
+// From a part, a device or a part file to the rest. A family leads to itself alone.
 TOOL_NAME_ANSWERS::RESOLVED resolve(const TOOL_NAME_ANSWERS& answers) {
     TOOL_NAME_ANSWERS::RESOLVED resolved;
-    resolved.catalogue_part = answers.full_name;
+    resolved.catalogue_part = catalogue_part_of(answers);
     const DEV_PART_MANAGER catalogue;
-    DEV_DEVICE_ENUM device = catalogue.get_device_of(dstr_get_dev_part_enum_by_string(answers.full_name));
+    DEV_DEVICE_ENUM device = catalogue.get_device_of(dstr_get_dev_part_enum_by_string(resolved.catalogue_part));
     if (device == DEV_DEVICE_INVALID)
         device = dstr_get_dev_device_enum_by_string(answers.standardised);
     if (device == DEV_DEVICE_INVALID)
@@ -36,6 +45,8 @@ TOOL_NAME_ANSWERS::RESOLVED resolve(const TOOL_NAME_ANSWERS& answers) {
     resolved.family = dstr_get_user_string(catalogue.get_family_of(device));
     if (resolved.family.empty())
         resolved.family = answers.family;
+    if (resolved.family.empty())
+        resolved.family = dstr_get_user_string(dstr_get_dev_family_enum_by_string(answers.standardised));
     if (!resolved.device.empty())
         GRAMMAR::get_dev_pcfs(std::string(resolved.device), resolved.dev_part_pcf, resolved.dev_family_pcf);
     return resolved;
@@ -100,32 +111,41 @@ void complain_about(const TOOL_NAME_ANSWERS& answers) {
 
 // ---- several names ----
 
-// How far a long run has come, on standard error where that is a terminal.
+// How far a long run has come, on standard error where that is a terminal. Answers that go to a terminal show it
+// themselves.
 class PROGRESS {
 public:
-    explicit PROGRESS(size_t total) : m_total(total), m_is_shown(total > 1 && isatty(STDERR_FILENO) == 1) {}
-    ~PROGRESS() {
-        if (m_is_shown)
-            std::fputs("\r\x1b[K", stderr);
-    }
+    explicit PROGRESS(size_t total)
+        : m_total(total), m_is_shown(total > 1 && isatty(STDERR_FILENO) == 1 && isatty(STDOUT_FILENO) != 1) {}
+    ~PROGRESS() { clear(); }
     PROGRESS(const PROGRESS&) = delete;
     PROGRESS& operator=(const PROGRESS&) = delete;
+
+    // Makes room for something else on standard error.
+    void clear() {
+        if (m_percent == NONE)
+            return;
+        std::fputs("\r\x1b[K", stderr);
+        m_percent = NONE;
+    }
 
     void advance() {
         const size_t percent = ++m_done * 100 / m_total;
         if (!m_is_shown || percent == m_percent)
             return;
         m_percent = percent;
-        constexpr size_t WIDTH = 40;
+        constexpr size_t WIDTH = 20; // short enough for a narrow terminal
         const size_t filled = m_done * WIDTH / m_total;
         const std::string bar = std::string(filled, '#') + std::string(WIDTH - filled, '.');
         std::fprintf(stderr, "\r[%s] %3zu %%", bar.c_str(), percent);
     }
 
 private:
+    static constexpr size_t NONE = 101;
+
     size_t m_total;
     size_t m_done = 0;
-    size_t m_percent = 101;
+    size_t m_percent = NONE; // shown at the moment
     bool m_is_shown;
 };
 
@@ -150,9 +170,18 @@ std::vector<std::string> all_names(const std::vector<std::string>& given) {
 } // namespace
 
 bool TOOL_NAME_ANSWERS::is_known() const {
+    if (standardised.empty())
+        return false;
     return package_name != standardised || pgm_name != standardised || use_package_name || !pgm_part_pcf.empty() ||
            !dev_part_pcf.empty() || !family.empty() || !full_name.empty() || !resolved.device.empty() ||
            dstr_get_dev_family_enum_by_string(standardised) != DEV_FAMILY_INVALID;
+}
+
+std::vector<std::string> tool_part_names() {
+    std::vector<std::string> names;
+    for (unsigned int part = DEV_PART_INVALID + 1U; part < DEV_PART_GENERIC; ++part)
+        names.push_back(dstr_get_user_string(DEV_PART_ENUM(part)));
+    return names;
 }
 
 std::string tool_opn_hash_text(unsigned long long hash) {
@@ -197,6 +226,7 @@ int tool_name_explain(const std::vector<std::string>& given, const TOOL_OUTPUT& 
         else if (answers.is_known())
             write_table(answers, output);
         if (!answers.is_known()) {
+            progress.clear();
             complain_about(answers);
             result = TOOL_EXIT_NOT_FOUND;
         } else if (!output.is_json() && &name != &names.back()) {

@@ -20,7 +20,7 @@ constexpr unsigned int NO_OPN = 0xFFFFFFFF;
 
 // ---- opn ----
 
-// A part by its name; what does not apply is none.
+// A part by its name; what does not apply is none. For people, no part is nothing: a complaint follows.
 int write_part(const std::string& name, std::optional<unsigned int> opn_enum, const TOOL_OUTPUT& output) {
     const std::string hash = tool_opn_hash_text(TOVREN_MGR::get_opn_hash(name));
     if (output.is_json()) {
@@ -34,8 +34,10 @@ int write_part(const std::string& name, std::optional<unsigned int> opn_enum, co
         output.write_json(object);
         return TOOL_EXIT_DONE;
     }
+    if (name.empty())
+        return TOOL_EXIT_DONE;
     TOOL_TABLE table({{"Part"}, {"Ordering index", true}, {"Hash"}});
-    table.add_row({name.empty() ? "-" : name, opn_enum ? std::to_string(*opn_enum) : "-", hash.empty() ? "-" : hash});
+    table.add_row({name, opn_enum ? std::to_string(*opn_enum) : "-", hash.empty() ? "-" : hash});
     table.write(output);
     return TOOL_EXIT_DONE;
 }
@@ -46,7 +48,7 @@ std::optional<unsigned int> opn_of(const std::string& name) {
 }
 
 [[noreturn]] void unknown_part(const std::string& name) {
-    const std::string guess = tool_did_you_mean(TOVREN_DEVICE_GRAMMAR_MGR::get_near_names(name));
+    const std::string guess = tool_did_you_mean(tool_nearest_names(name, tool_part_names()));
     throw TOOL_ERROR(TOOL_EXIT_NOT_FOUND, "the catalogue has no part " + tool_quoted(name),
                      guess.empty() ? std::vector<std::string>() : std::vector<std::string>{guess});
 }
@@ -71,7 +73,8 @@ int opn_of_name(const std::string& name, const TOOL_OUTPUT& output) {
 int name_of_index(const std::string& text, const TOOL_OUTPUT& output) {
     const auto index = tool_number(text, NO_OPN - 1);
     if (!index)
-        throw tool_usage_error("opn name", tool_quoted(text) + " is not a number");
+        throw tool_usage_error("opn name",
+                               tool_quoted(text) + " is no index: a number up to " + std::to_string(NO_OPN - 1));
     const std::string name = TOVREN_MGR::get_opn(*index);
     write_part(name, index, output);
     if (name.empty())

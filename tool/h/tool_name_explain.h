@@ -40,6 +40,9 @@ struct TOOL_NAME_ANSWERS {
 
 TOOL_NAME_ANSWERS tool_explain_name(const std::string& name);
 
+// Those of the catalogue, in its order.
+std::vector<std::string> tool_part_names();
+
 // "0x" and twelve digits; empty for the hash that stands for none.
 std::string tool_opn_hash_text(unsigned long long hash);
 
