@@ -14,6 +14,7 @@
 #include <iostream>
 #include <nlohmann/json.hpp>
 #include <unistd.h>
+#include <unordered_set>
 
 namespace {
 
@@ -22,12 +23,34 @@ using GRAMMAR = TOVREN_DEVICE_GRAMMAR_MGR;
 constexpr unsigned int NO_OPN = 0xFFFFFFFF;
 constexpr unsigned long long NO_HASH = 0xFFFFFFFFFFFFFFFF;
 
+// Whether a part may have the name as its package-level or programmer name: a key of the first two maps.
+bool is_coarser_name(const std::string& name) {
+    static const std::unordered_set<std::string> names = [] {
+        std::unordered_set<std::string> keys;
+        for (const unsigned int map : {0U, 1U})
+            GRAMMAR::visit_map(map, [&keys](const std::string& key, const auto&) { keys.insert(key); });
+        return keys;
+    }();
+    return names.contains(name);
+}
+
+// What the library's search gives, which scans the maps for every part that begins alike. No other name than those
+// above can stand for a part other than itself, so it is only looked up.
+std::string full_name_of(const std::string& name) {
+    if (is_coarser_name(name))
+        return TOVREN_MGR::find_possible_full_name(name);
+    const DEV_PART_ENUM part = dstr_get_dev_part_enum_by_string(name);
+    std::string spelling = part == DEV_PART_GENERIC ? "" : dstr_get_user_string(part);
+    stl_toupper(spelling);
+    return spelling;
+}
+
 // The part that the name stands for, else the first one of its package, else of its programmer name.
 std::string catalogue_part_of(const TOOL_NAME_ANSWERS& answers) {
     std::string part = answers.full_name;
     for (const std::string* name : {&answers.package_name, &answers.pgm_name})
         if (part.empty() && *name != answers.standardised)
-            part = TOVREN_MGR::find_possible_full_name(*name);
+            part = full_name_of(*name);
     return part;
 }
 
@@ -206,7 +229,7 @@ TOOL_NAME_ANSWERS tool_explain_name(const std::string& name) {
     answers.family = GRAMMAR::get_family(std::string(asked));
     answers.use_package_name = GRAMMAR::use_package_name(std::string(asked));
     answers.use_full_name = GRAMMAR::use_full_name(std::string(asked));
-    answers.full_name = TOVREN_MGR::find_possible_full_name(asked);
+    answers.full_name = full_name_of(asked);
     if (const unsigned int opn = TOVREN_MGR::get_opn_enum(asked); opn != NO_OPN)
         answers.opn_enum = opn;
     answers.opn_hash = tool_opn_hash_text(TOVREN_MGR::get_opn_hash(asked));
