@@ -370,7 +370,7 @@ TEST_F(FlashPrompt, LeavesTheManagersRecordAlone) {
 
 // ---- at a terminal ----
 
-// Answers question after question, up to and with the one of field `last`.
+// Answers question after question, up to and with the one of field `last`. Gives what was on the screen until then.
 std::string talk(TERMINAL& terminal, size_t last, const std::string& last_answer) {
     std::string seen;
     for (const QUESTION& question : questions()) {
@@ -379,6 +379,12 @@ std::string talk(TERMINAL& terminal, size_t last, const std::string& last_answer
         seen += terminal.expect(question.text);
         terminal.type(question.number == last ? last_answer : question.accepted[0].answer + "\n");
     }
+    return seen;
+}
+
+// The same, and what appears until the dialogue ends.
+std::string talk_to_the_end(TERMINAL& terminal, size_t last, const std::string& last_answer) {
+    const std::string seen = talk(terminal, last, last_answer);
     return seen + terminal.rest();
 }
 
@@ -398,20 +404,27 @@ TEST_F(FlashPrompt, AsksAtATerminalQuestionByQuestion) {
     const std::string list = list_of({DEFINITION().text()});
     EXPECT_EQ("1\n" + talked(33, "1.8v\n") + "Prompt outcome: " + DEFINITION().text() + "\nRaw: " + list +
                   "\nINI : " + model_encoded(list) + "\n",
-              talk(terminal, 33, "1.8v\n"));
+              talk_to_the_end(terminal, 33, "1.8v\n"));
 }
 
 TEST_F(FlashPrompt, RefusesEachBadAnswerAtATerminal) {
     for (const QUESTION& question : questions()) {
-        for (const std::string& refused : question.refused) {
-            if (refused.empty())
-                continue; // an empty line is no answer
-            TERMINAL terminal([&] { manager.gen_flash_ini(); });
-            terminal.expect(COUNT_QUESTION);
+        std::vector<std::string> refusals = question.refused;
+        std::erase(refusals, ""); // an empty line is no answer
+        TERMINAL terminal([&] {
+            for (size_t i = 0; i < refusals.size(); ++i)
+                manager.gen_flash_ini();
+        });
+        std::string seen = terminal.expect(COUNT_QUESTION);
+        for (const std::string& refused : refusals) {
             terminal.type("2\n");
-            EXPECT_EQ("2\n" + talked(question.number, refused + "\n") + question.message + TOO_MANY,
-                      talk(terminal, question.number, refused + "\n"));
+            seen += talk(terminal, question.number, refused + "\n");
+            seen += terminal.expect(refused == refusals.back() ? TOO_MANY : COUNT_QUESTION);
+            EXPECT_EQ(COUNT_QUESTION + ("2\n" + talked(question.number, refused + "\n")) + question.message + TOO_MANY,
+                      seen.substr(0, seen.rfind(TOO_MANY) + std::string(TOO_MANY).size()));
+            seen = COUNT_QUESTION;
         }
+        EXPECT_EQ("", terminal.rest());
     }
 }
 
@@ -421,7 +434,7 @@ TEST_F(FlashPrompt, EndsAtATerminalWhereThePersonEndsTheInput) {
         terminal.expect(COUNT_QUESTION);
         terminal.type("1\n");
         EXPECT_EQ("1\n" + talked(question.number, "") + question.message + TOO_MANY,
-                  talk(terminal, question.number, std::string(1, TERMINAL::END_OF_INPUT)));
+                  talk_to_the_end(terminal, question.number, std::string(1, TERMINAL::END_OF_INPUT)));
     }
 }
 

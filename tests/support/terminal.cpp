@@ -7,6 +7,7 @@
 #include <pty.h>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <utility>
 
 namespace {
 
