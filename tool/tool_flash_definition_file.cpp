@@ -204,13 +204,16 @@ std::string file_text(const std::string& file) {
     return {std::istreambuf_iterator<char>(input), std::istreambuf_iterator<char>()};
 }
 
-// A key that an object has twice: the reader would take the last without a word.
+// Finds a key that an object has twice, of which the reader would take the last without a word, and keeps out what is
+// nested more deeply than any definition: copies of a document are made by recursion.
 class KEY_WATCH {
 public:
     explicit KEY_WATCH(TOOL_DEFINITION_FILE& result) : m_result(result) {}
 
     bool operator()(int depth, ordered_json::parse_event_t event, const ordered_json& parsed) {
         using EVENT = ordered_json::parse_event_t;
+        if (depth > DEEPEST)
+            return false;
         if (event == EVENT::object_start)
             m_keys.emplace_back();
         if (event == EVENT::key)
@@ -223,6 +226,8 @@ public:
     }
 
 private:
+    static constexpr int DEEPEST = 2; // a member of a flash in an array
+
     void take(const std::string& key) {
         if (!m_keys.back().insert(key).second && m_keys.size() == 1)
             m_result.faults.push_back({m_flash, key, "it is given twice"});
