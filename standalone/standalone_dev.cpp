@@ -5,6 +5,7 @@
 #include "tovren_catalogue_tables.h"
 
 #include <algorithm>
+#include <atomic>
 #include <charconv>
 #include <optional>
 
@@ -25,13 +26,28 @@ std::string name_at(std::span<const ROW> rows, size_t number) {
 
 // The number of the row called `name`, letter case aside; 0 for none.
 template <typename ROW>
-unsigned int find_name(std::span<const ROW> rows, std::span<const std::uint16_t> by_name, std::string name) {
+unsigned int search_name(std::span<const ROW> rows, std::span<const std::uint16_t> by_name, std::string name) {
     stl_toupper(name);
     const auto text_of = [&](std::uint16_t number) { return tovren_catalogue_text(rows[number].name); };
     const auto place =
         std::lower_bound(by_name.begin(), by_name.end(), std::string_view(name),
                          [&](std::uint16_t number, std::string_view key) { return text_of(number) < key; });
     return place != by_name.end() && text_of(*place) == name ? *place : 0;
+}
+
+// The same. Lists of names follow the catalogue's order, so the last answer and the row behind it are tried first;
+// `last` belongs to the rows.
+template <typename ROW>
+unsigned int find_name(std::span<const ROW> rows, std::span<const std::uint16_t> by_name, const std::string& name,
+                       std::atomic<unsigned int>& last) {
+    const auto is_at = [&](unsigned int number) {
+        return number != 0 && number < rows.size() && tovren_catalogue_text(rows[number].name) == name;
+    };
+    const unsigned int hint = last.load(std::memory_order_relaxed);
+    const unsigned int number = is_at(hint) ? hint : is_at(hint + 1) ? hint + 1 : search_name(rows, by_name, name);
+    if (number != 0)
+        last.store(number, std::memory_order_relaxed);
+    return number;
 }
 
 std::span<const TOVREN_CATALOGUE_FAMILY> families() {
@@ -83,15 +99,18 @@ std::string dstr_get_user_string(DEV_PART_ENUM part) {
 }
 
 DEV_FAMILY_ENUM dstr_get_dev_family_enum_by_string(const std::string& name) {
-    return DEV_FAMILY_ENUM(find_name(families(), TOVREN_CATALOGUE_FAMILIES_BY_NAME, name));
+    static std::atomic<unsigned int> last;
+    return DEV_FAMILY_ENUM(find_name(families(), TOVREN_CATALOGUE_FAMILIES_BY_NAME, name, last));
 }
 
 DEV_DEVICE_ENUM dstr_get_dev_device_enum_by_string(const std::string& name) {
-    return DEV_DEVICE_ENUM(find_name(devices(), TOVREN_CATALOGUE_DEVICES_BY_NAME, name));
+    static std::atomic<unsigned int> last;
+    return DEV_DEVICE_ENUM(find_name(devices(), TOVREN_CATALOGUE_DEVICES_BY_NAME, name, last));
 }
 
 DEV_PART_ENUM dstr_get_dev_part_enum_by_string(const std::string& name) {
-    return DEV_PART_ENUM(find_name(tovren_catalogue_parts(), tovren_catalogue_parts_by_name(), name));
+    static std::atomic<unsigned int> last;
+    return DEV_PART_ENUM(find_name(tovren_catalogue_parts(), tovren_catalogue_parts_by_name(), name, last));
 }
 
 bool dstr_is_valid_dev_family_enum(DEV_FAMILY_ENUM family) {
