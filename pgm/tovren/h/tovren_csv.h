@@ -5,6 +5,7 @@
 #include "host_fio.h"
 
 #include <fstream>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -18,7 +19,7 @@ public:
     explicit CSV_READER(const FIO_PATH& csv);
 
     // Whether the file could be opened and, so far, read. False behind the last line means that lines may be missing.
-    bool is_good() const { return m_is_good && !m_input.bad(); }
+    bool is_good() const { return m_is_open && !m_input.bad(); }
 
     // Whether reading stopped before the end. A file that cannot be opened has no lines, which is no failure.
     bool has_failed() const { return m_input.bad(); }
@@ -30,9 +31,17 @@ public:
     bool next(std::vector<std::string>& cells);
 
 private:
+    bool next_raw_line(std::string& line);
+    bool fill();
+
     std::ifstream m_input;
-    bool m_is_good;
+    bool m_is_open;
     std::string m_line;
+
+    // What is read ahead.
+    std::unique_ptr<char[]> m_buffer;
+    const char* m_place = nullptr;
+    const char* m_end = nullptr;
 };
 
 #endif
