@@ -21,9 +21,9 @@
 #include "tovren_export.h"
 #include "tovren_types.h"
 
+#include <array>
 #include <memory>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 // One line of the part list: the PCF name that a part and its device are tied to.
@@ -178,13 +178,24 @@ public:
     std::vector<std::unique_ptr<TOVREN_DEVICE_INFO_PCF_MAP>> m_pcf_map; // the part list, in file order
 
 private:
-    // The part list's first entry for a value.
-    using PCF_INDEX = std::unordered_map<unsigned int, const TOVREN_DEVICE_INFO_PCF_MAP*>;
+    // One enumeration of the records that searches walk, and what spares most searches the walk. A record that is read
+    // anew leaves its former value in `hashes` and `largest`, which only costs a walk.
+    struct RECORD_IDS {
+        std::array<unsigned int, TOTAL_DATABASE_DEVICE> ids = {};
+        unsigned long long hashes = 1; // bit `id % 64` of every id; 0 is one until all records are read
+        unsigned int largest = 0;
+
+        void set(unsigned int record, unsigned int id);
+        bool may_have(unsigned int id) const { return (hashes >> id % 64 & 1) != 0; }
+    };
+
+    // By value: the part list's first entry for it, null for none. Empty without a part list.
+    using PCF_INDEX = std::vector<const TOVREN_DEVICE_INFO_PCF_MAP*>;
 
     TOVREN_LOCAL void read_payload_header(const unsigned char* data, unsigned int& index);
     TOVREN_LOCAL TOVREN_DEVICE_INFO* copy_record_at(unsigned int position);
-    template <typename ENUM>
-    TOVREN_LOCAL bool search_member(ENUM TOVREN_DEVICE_INFO::*member, ENUM value, ENUM bound, const char* bound_text);
+    TOVREN_LOCAL bool search_ids(const RECORD_IDS& records, unsigned int value, unsigned int bound,
+                                 const char* bound_text);
     TOVREN_LOCAL bool search_pcf(const PCF_INDEX& first_entries, unsigned int value);
     TOVREN_LOCAL void dump_rows(const FIO_PATH& csv, unsigned char** buffer, unsigned int& index, unsigned int end);
     TOVREN_LOCAL void print_family_table(unsigned char** buffer, unsigned int& index);
@@ -192,6 +203,11 @@ private:
     TOVREN_LOCAL void print_part_table(unsigned char** buffer, unsigned int& index, const DEV_PART_MANAGER& parts);
     TOVREN_LOCAL unsigned int serve_missing_family(DEV_FAMILY_ENUM family);
     TOVREN_LOCAL void print_debug_report();
+
+    RECORD_IDS m_family_ids;
+    RECORD_IDS m_device_ids;
+    RECORD_IDS m_part_ids;
+    unsigned long long m_pcf_lengths; // bit `length` of every record's PCF name; longer ones share the last bit
 
     PCF_INDEX m_pcf_of_device;
     PCF_INDEX m_pcf_of_part;

@@ -375,6 +375,20 @@ TEST_F(DevInfo, MindsNoRecordOutOfBoundsBehindTheOneItFinds) {
     EXPECT_EQ(1U, manager->m_index);
 }
 
+TEST_F(DevInfo, FindsARecordByWhatWasReadLast) {
+    const MANAGER manager = load(file);
+    BYTES record = plain_device_row().with("family", "44").bytes();
+    unsigned int index = 0;
+    manager->get_database(record.data(), index, 7);
+    EXPECT_TRUE(manager->search_family(DEV_FAMILY_ENUM(44), false));
+    EXPECT_EQ(7U, manager->m_index);
+    record = plain_device_row().with("family", "45").bytes();
+    index = 0;
+    manager->get_database(record.data(), index, 7);
+    EXPECT_FALSE(manager->search_family(DEV_FAMILY_ENUM(44), false));
+    EXPECT_TRUE(manager->search_family(DEV_FAMILY_ENUM(45), false));
+}
+
 TEST_F(DevInfo, SearchesExactly79Records) {
     file.rows.push_back(plain_device_row().with("family", "44"));
     const MANAGER manager = load(file);

@@ -10,12 +10,16 @@
 #include "tovren_db_stream.h"
 
 #include <algorithm>
-#include <numeric>
+#include <cstring>
 
 namespace {
 
 // A payload handed in from outside: nothing bounds its record count.
 constexpr unsigned int UNKNOWN_PAYLOAD_SIZE = INVALID_DWORD;
+
+unsigned long long length_bit(const char* text) {
+    return 1ULL << std::min<size_t>(std::strlen(text), 63);
+}
 
 std::unique_ptr<unsigned int[]> make_empty_table(unsigned int count) {
     std::unique_ptr<unsigned int[]> table(new unsigned int[count]);
@@ -28,7 +32,7 @@ std::unique_ptr<unsigned int[]> make_empty_table(unsigned int count) {
 TOVREN_DEV_INFO_MANAGER::TOVREN_DEV_INFO_MANAGER(bool skip_load, unsigned int debug_mode)
     : m_version(0), m_device_count(0), m_type_count(0), m_index(0), m_csv_memory_size(0), m_debug(debug_mode),
       m_family_table(make_empty_table(DEV_FAMILY_MAX)), m_device_table(make_empty_table(DEV_DEVICE_MAX)),
-      m_part_table(make_empty_table(DEV_PART_MAX)), m_payload_size(UNKNOWN_PAYLOAD_SIZE) {
+      m_part_table(make_empty_table(DEV_PART_MAX)), m_pcf_lengths(0), m_payload_size(UNKNOWN_PAYLOAD_SIZE) {
     if (!skip_load)
         initialize_device_database(FIO_PATH(gen_get_device_db_fullpath() + "/programmer/pgm_dev_info.pcf"));
 }
@@ -101,7 +105,14 @@ struct MEMBER_READER {
 
 void TOVREN_DEV_INFO_MANAGER::get_database(unsigned char* data, unsigned int& index, unsigned int record) {
     TOVREN_CHECK_TEXT(m_device_database != NULL && record < m_device_count, "m_device_database != NULL");
-    tovren_visit_members(m_device_database[record], MEMBER_READER{data, index});
+    TOVREN_DEVICE_INFO& info = m_device_database[record];
+    tovren_visit_members(info, MEMBER_READER{data, index});
+    if (record >= TOTAL_DATABASE_DEVICE)
+        return;
+    m_family_ids.set(record, info.family);
+    m_device_ids.set(record, info.device);
+    m_part_ids.set(record, info.part);
+    m_pcf_lengths |= length_bit(info.pcf.c_str());
 }
 
 void TOVREN_DEV_INFO_MANAGER::get_table(unsigned char* data, unsigned int& index) {
@@ -172,19 +183,24 @@ TOVREN_DEVICE_INFO* TOVREN_DEV_INFO_MANAGER::copy_record_at(unsigned int positio
 
 // ---- searches ----
 
-// The first record whose `member` equals `value`; every record up to it must hold a value below `bound`.
-template <typename ENUM>
-bool TOVREN_DEV_INFO_MANAGER::search_member(ENUM TOVREN_DEVICE_INFO::*member, ENUM value, ENUM bound,
-                                            const char* bound_text) {
-    for (unsigned int i = 0; i < TOTAL_DATABASE_DEVICE; ++i) {
-        const ENUM id = m_device_database[i].*member;
-        TOVREN_CHECK_TEXT(id < bound, bound_text);
-        if (id != value)
-            continue;
-        m_index = i;
-        return true;
-    }
-    return false;
+void TOVREN_DEV_INFO_MANAGER::RECORD_IDS::set(unsigned int record, unsigned int id) {
+    ids[record] = id;
+    hashes |= 1ULL << id % 64;
+    largest = std::max(largest, id);
+}
+
+// The first record of `value`, which is below `bound`; every record up to it must be so.
+bool TOVREN_DEV_INFO_MANAGER::search_ids(const RECORD_IDS& records, unsigned int value, unsigned int bound,
+                                         const char* bound_text) {
+    if (records.largest < bound && !records.may_have(value))
+        return false;
+    const auto place = std::find(records.ids.begin(), records.ids.end(), value);
+    const bool is_bounded = std::all_of(records.ids.begin(), place, [bound](unsigned int id) { return id < bound; });
+    TOVREN_CHECK_TEXT(is_bounded, bound_text);
+    if (place == records.ids.end())
+        return false;
+    m_index = static_cast<unsigned int>(place - records.ids.begin());
+    return true;
 }
 
 bool TOVREN_DEV_INFO_MANAGER::search_family(DEV_FAMILY_ENUM family, bool allow_invalid) {
@@ -193,7 +209,7 @@ bool TOVREN_DEV_INFO_MANAGER::search_family(DEV_FAMILY_ENUM family, bool allow_i
                           (allow_invalid || family != DEV_FAMILY_INVALID),
                       "m_device_database != NULL && family < DEV_FAMILY_MAX && "
                       "(allow_invalid || family != DEV_FAMILY_INVALID)");
-    return search_member(&TOVREN_DEVICE_INFO::family, family, DEV_FAMILY_MAX, "id < DEV_FAMILY_MAX");
+    return search_ids(m_family_ids, family, DEV_FAMILY_MAX, "id < DEV_FAMILY_MAX");
 }
 
 bool TOVREN_DEV_INFO_MANAGER::search_device(DEV_DEVICE_ENUM device, bool allow_invalid) {
@@ -202,7 +218,7 @@ bool TOVREN_DEV_INFO_MANAGER::search_device(DEV_DEVICE_ENUM device, bool allow_i
                           (allow_invalid || device != DEV_DEVICE_INVALID),
                       "m_device_database != NULL && device < DEV_DEVICE_MAX && "
                       "(allow_invalid || device != DEV_DEVICE_INVALID)");
-    return search_member(&TOVREN_DEVICE_INFO::device, device, DEV_DEVICE_MAX, "id < DEV_DEVICE_MAX");
+    return search_ids(m_device_ids, device, DEV_DEVICE_MAX, "id < DEV_DEVICE_MAX");
 }
 
 bool TOVREN_DEV_INFO_MANAGER::search_part(DEV_PART_ENUM part, bool allow_invalid) {
@@ -210,7 +226,7 @@ bool TOVREN_DEV_INFO_MANAGER::search_part(DEV_PART_ENUM part, bool allow_invalid
     TOVREN_CHECK_TEXT(m_device_database != NULL && part < DEV_PART_MAX && (allow_invalid || part != DEV_PART_INVALID),
                       "m_device_database != NULL && part < DEV_PART_MAX && "
                       "(allow_invalid || part != DEV_PART_INVALID)");
-    return search_member(&TOVREN_DEVICE_INFO::part, part, DEV_PART_MAX, "id < DEV_PART_MAX");
+    return search_ids(m_part_ids, part, DEV_PART_MAX, "id < DEV_PART_MAX");
 }
 
 bool TOVREN_DEV_INFO_MANAGER::search_pcf_for_device(DEV_DEVICE_ENUM device) {
@@ -226,11 +242,13 @@ bool TOVREN_DEV_INFO_MANAGER::search_pcf_for_part(DEV_PART_ENUM part) {
 }
 
 bool TOVREN_DEV_INFO_MANAGER::search_pcf(const PCF_INDEX& first_entries, unsigned int value) {
-    const auto entry = first_entries.find(value);
-    if (entry == first_entries.end() || entry->second->pcf.empty())
+    if (value >= first_entries.size() || !first_entries[value] || first_entries[value]->pcf.empty())
+        return false;
+    const char* const pcf = first_entries[value]->pcf.c_str();
+    if ((m_pcf_lengths & length_bit(pcf)) == 0)
         return false;
     for (unsigned int i = 0; i < TOTAL_DATABASE_DEVICE; ++i) {
-        if (gen_stricmp(m_device_database[i].pcf.c_str(), entry->second->pcf.c_str()) != 0)
+        if (gen_stricmp(m_device_database[i].pcf.c_str(), pcf) != 0)
             continue;
         m_index = i;
         return true;

@@ -75,6 +75,13 @@ const std::string& name_of(const std::vector<TOVREN_NAME_VALUE>& list, unsigned 
     return entry->name;
 }
 
+// Values past the bound are searched for by nobody.
+template <typename ENTRY>
+void note_first(std::vector<const ENTRY*>& first_entries, unsigned int value, const ENTRY* entry) {
+    if (value < first_entries.size() && !first_entries[value])
+        first_entries[value] = entry;
+}
+
 void put_table_head(unsigned char** buffer, unsigned int& index, TOVREN_MANAGER_TYPE type, unsigned int count) {
     (*buffer)[index++] = type;
     db_put_dword(buffer, index, count);
@@ -313,6 +320,8 @@ void TOVREN_DEV_INFO_MANAGER::print_part_table(unsigned char** buffer, unsigned 
 // ---- part list ----
 
 void TOVREN_DEV_INFO_MANAGER::parse_pgm_parts() {
+    m_pcf_of_part.resize(DEV_PART_MAX);
+    m_pcf_of_device.resize(DEV_DEVICE_MAX);
     CSV_READER input(FIO_PATH(gen_get_morvath_path() + "/h/pgm_parts.txt"));
     std::string line;
     std::vector<std::string> svec;
@@ -325,8 +334,8 @@ void TOVREN_DEV_INFO_MANAGER::parse_pgm_parts() {
         entry->part = dstr_get_dev_part_enum_by_string(svec.at(0));
         entry->device = dstr_get_dev_device_enum_by_string(svec.at(1));
         entry->pcf = svec.at(6);
-        m_pcf_of_part.try_emplace(entry->part, entry.get());
-        m_pcf_of_device.try_emplace(entry->device, entry.get());
+        note_first(m_pcf_of_part, entry->part, entry.get());
+        note_first(m_pcf_of_device, entry->device, entry.get());
         m_pcf_map.push_back(std::move(entry));
     }
     TOVREN_CHECK(!input.has_failed());
