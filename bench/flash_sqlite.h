@@ -2,19 +2,11 @@
 #ifndef FLASH_SQLITE_H
 #define FLASH_SQLITE_H
 
+#include "sqlite_support.h"
 #include "tovren_flash_info.h"
 
-#include <memory>
-#include <sqlite3.h>
 #include <string>
 #include <vector>
-
-struct SQLITE_CLOSER {
-    void operator()(sqlite3* database) const { sqlite3_close(database); }
-    void operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
-};
-using SQLITE_DATABASE = std::unique_ptr<sqlite3, SQLITE_CLOSER>;
-using SQLITE_STATEMENT = std::unique_ptr<sqlite3_stmt, SQLITE_CLOSER>;
 
 // Writes the records into a new file, with an index on the three identification bytes.
 void write_flash_sqlite(const std::string& path, const std::vector<TOVREN_SFL_FLASH_INFO>& flashes);
