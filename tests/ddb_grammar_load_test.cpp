@@ -204,7 +204,8 @@ TEST(GrammarTable, ReportsATrailerThatOverlapsTheMagic) {
         const BYTES image = first(text_bytes("TOVREN_DDBxyz"), size);
         const BYTES front = first(image, size - 4);
         const BYTES trailer(image.end() - 4, image.end());
-        const unsigned int stored = trailer[0] | trailer[1] << 8 | trailer[2] << 16 | unsigned{trailer[3]} << 24;
+        const unsigned int stored =
+            unsigned{trailer[0]} | unsigned{trailer[1]} << 8 | unsigned{trailer[2]} << 16 | unsigned{trailer[3]} << 24;
         EXPECT_REPORT(load_grammar(image), crc_condition(crc_of(front), stored), IN_DDB_MGR) << size;
     }
 }
