@@ -256,6 +256,7 @@ private:
 
     TOVREN_LOCAL unsigned int read_payload_header(const unsigned char* data, unsigned int& index);
     TOVREN_LOCAL void read_record(const unsigned char* data, unsigned int& index, TOVREN_SFL_FLASH_INFO& record);
+    TOVREN_LOCAL void confirm_records(const unsigned char* data, unsigned int index);
     TOVREN_LOCAL void read_enabled_records(unsigned char* data, unsigned int& index);
     TOVREN_LOCAL DWORD find_flash(bool by_silicon_id, const unsigned char* id_bytes);
     TOVREN_LOCAL bool is_matching(const TOVREN_SFL_FLASH_INFO& record, bool by_silicon_id,

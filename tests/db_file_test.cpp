@@ -179,6 +179,21 @@ TEST_F(DbFile, NeedsAZlibStream) {
     EXPECT_REPORT(load(file.bytes_around_stream(text_bytes("hello"))), ZLIB, IN_DB_STREAM);
 }
 
+TEST_F(DbFile, NeedsAZlibStreamWhateverSizeIsClaimed) {
+    for (const unsigned int size : {1U, 100U, 1000000U, 0xFFFFFFFFU}) {
+        file.payload_size = size;
+        EXPECT_REPORT(load(file.bytes_around_stream(text_bytes("hello"))), ZLIB, IN_DB_STREAM) << size;
+    }
+}
+
+TEST_F(DbFile, IsNotCutWithinTheFirstBytesOfALongStream) {
+    for (unsigned int number = 3; number < 400; ++number)
+        file.flashes.push_back(make_flash("QX" + std::to_string(number)));
+    const BYTES bytes = file.bytes();
+    for (const size_t size : {47U, 50U, 60U, 90U, 200U})
+        EXPECT_REPORT(load(first(bytes, size)), ZLIB, IN_DB_STREAM) << size;
+}
+
 TEST_F(DbFile, MayEndInAnyTwoBytes) {
     file.check = {0xAB, 0xCD};
     EXPECT_EQ(2U, load(file)->m_flash_count);

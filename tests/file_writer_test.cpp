@@ -61,6 +61,14 @@ TEST_F(FileWriter, LeavesEverythingAsItWasWithoutACommit) {
     EXPECT_EQ(std::vector<std::string>{"file"}, folder.names());
 }
 
+TEST_F(FileWriter, LeavesNothingBesideAfterACommitThatFailed) {
+    TOVREN_FILE_WRITER writer(path);
+    writer.write(text_bytes("new"));
+    std::filesystem::create_directory(path); // in the way of the rename
+    EXPECT_FALSE(writer.commit());
+    EXPECT_EQ(std::vector<std::string>{"file"}, folder.names());
+}
+
 TEST_F(FileWriter, FailsWhereThereIsNoFolder) {
     EXPECT_FALSE(written(folder.path("none/file"), "new"));
     EXPECT_FALSE(written("", "new"));

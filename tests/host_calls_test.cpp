@@ -190,6 +190,27 @@ TEST_F(HostCalls, AllocateInProportionForAnyPayloadSize) {
     }
 }
 
+TEST_F(HostCalls, AllocateNoRecordsForZerosThatAreNone) {
+    const BYTES zeros(10000000);
+    FLASH_FILE file;
+    file.flash_count = 100000;
+    const BYTES bytes = file.bytes_around(join({le32_bytes(1), le32_bytes(100000), le32_bytes(33), zeros}));
+    write_file(database, bytes);
+    EXPECT_LE(largest_allocation_of_refused(database), zeros.size() + 65536);
+}
+
+TEST_F(HostCalls, LoadAVeryLargeTable) {
+    constexpr unsigned int COUNT = 70000;
+    TOVREN_SFL_FLASH_INFO flash = make_flash("QX1");
+    BYTES payload = join({le32_bytes(1), le32_bytes(COUNT), le32_bytes(33), record_bytes(flash)});
+    flash.default_dev = false;
+    const BYTES record = record_bytes(flash);
+    for (unsigned int i = 1; i < COUNT; ++i)
+        payload.insert(payload.end(), record.begin(), record.end());
+    write_file(database, FLASH_FILE().bytes_around(join({payload, text_bytes("END2")})));
+    EXPECT_EQ(COUNT, TOVREN_FLASH_MANAGER(true, 1, false, false).get_flash_count());
+}
+
 TEST_F(HostCalls, KeepNothingOfAFileThatIsRefused) {
     FLASH_FILE file({make_flash("a name that is too long to stand inside of a text object"), make_flash("QX2")});
     const BYTES payload = file.payload();

@@ -181,12 +181,11 @@ std::unique_ptr<unsigned char[]> db_compress(const unsigned char* data, unsigned
 std::unique_ptr<unsigned char[]> db_decompress(const unsigned char* data, unsigned int decompressed_count,
                                                unsigned int original_count) {
     TOVREN_CHECK(decompressed_count > 0 && original_count > 0);
-    // A size that no stream of this length can have is refused before memory is asked for.
-    TOVREN_CHECK_TEXT(original_count <= zlib_most_uncompressed(decompressed_count), "new_dcmp_size == original_count");
-
-    std::unique_ptr<unsigned char[]> decompressed_data(new unsigned char[size_t{original_count} + DB_STREAM_SLACK]);
-    std::memset(decompressed_data.get() + original_count, 0, DB_STREAM_SLACK);
-    unsigned int new_dcmp_size = original_count;
+    // However much is claimed, there is no room for more than a stream of this length can give.
+    auto new_dcmp_size = static_cast<unsigned int>(
+        std::min<unsigned long long>(original_count, zlib_most_uncompressed(decompressed_count)));
+    std::unique_ptr<unsigned char[]> decompressed_data(new unsigned char[size_t{new_dcmp_size} + DB_STREAM_SLACK]);
+    std::memset(decompressed_data.get() + new_dcmp_size, 0, DB_STREAM_SLACK);
     TOVREN_CHECK_TEXT(zlib_uncompress(decompressed_data.get(), &new_dcmp_size, data, decompressed_count) == ZLIB_OK,
                       "zlib_uncompress(decompressed_data, &new_dcmp_size, data, decompressed_count) == ZLIB_OK");
     TOVREN_CHECK(new_dcmp_size == original_count);

@@ -82,6 +82,10 @@ void TOVREN_FILE_WRITER::open_beside(const std::string& temporary) {
 }
 
 TOVREN_FILE_WRITER::~TOVREN_FILE_WRITER() {
+    discard();
+}
+
+void TOVREN_FILE_WRITER::discard() {
     const bool is_open = m_descriptor >= 0;
     close();
     if (is_open && !m_temporary.empty())
@@ -98,15 +102,16 @@ void TOVREN_FILE_WRITER::write(std::span<const unsigned char> bytes) {
     }
 }
 
+// A failure leaves nothing to the destructor: the caller may report it, and a report may end the process.
 bool TOVREN_FILE_WRITER::commit() {
-    if (m_failed)
-        return false;
     if (m_temporary.empty()) {
         close();
         return !m_failed;
     }
-    if (fsync(m_descriptor) != 0 || rename(m_temporary.c_str(), m_target.c_str()) != 0)
+    if (m_failed || fsync(m_descriptor) != 0 || rename(m_temporary.c_str(), m_target.c_str()) != 0) {
+        discard();
         return false;
+    }
     close();
     flush_folder(folder_of(m_target));
     return true;

@@ -24,6 +24,10 @@ namespace {
 // A payload handed in from outside: nothing bounds its record count.
 constexpr unsigned int UNKNOWN_PAYLOAD_SIZE = INVALID_DWORD;
 
+// From here on a table is read once before there is memory for its records: a few bytes that decompress to many zeros
+// may claim any number.
+constexpr unsigned int MANY_RECORDS = 0x10000;
+
 bool equal_ignoring_case(const std::string& left, const std::string& right) {
     return gen_stricmp(left.c_str(), right.c_str()) == 0;
 }
@@ -150,6 +154,7 @@ unsigned int TOVREN_FLASH_MANAGER::parse_database(unsigned char* data) {
     m_ini_count = m_ext_flash_info.device_name.empty() ? 0 : 1;
 
     m_id_index.reset();
+    confirm_records(data, index);
     // The record's own initializers set every member.
     m_flash_database = std::make_unique_for_overwrite<TOVREN_SFL_FLASH_INFO[]>(size_t{m_flash_count} + m_ini_count);
     read_enabled_records(data, index);
@@ -179,6 +184,15 @@ unsigned int TOVREN_FLASH_MANAGER::read_payload_header(const unsigned char* data
     TOVREN_CHECK_TEXT(m_payload_size == UNKNOWN_PAYLOAD_SIZE || m_flash_count <= m_payload_size / smallest_record,
                       "m_flash_count <= payload_size / record_size");
     return m_flash_count;
+}
+
+void TOVREN_FLASH_MANAGER::confirm_records(const unsigned char* data, unsigned int index) {
+    TOVREN_SFL_FLASH_INFO record;
+    for (unsigned int i = 0; m_flash_count >= MANY_RECORDS && i < m_flash_count; ++i) {
+        read_record(data, index, record);
+        TOVREN_CHECK_TEXT(!record.ini.empty(), "!ini.empty()");
+        db_confirm_record_end(data, index);
+    }
 }
 
 // A disabled record leaves its slot to the next one.
@@ -378,7 +392,9 @@ std::vector<TOVREN_SFL_FLASH_INFO> TOVREN_FLASH_MANAGER::get_all_flashes(const F
     reader.m_payload_size = payload.size;
 
     unsigned int index = 0;
-    std::vector<TOVREN_SFL_FLASH_INFO> records(reader.read_payload_header(payload.data.get(), index));
+    const unsigned int count = reader.read_payload_header(payload.data.get(), index);
+    reader.confirm_records(payload.data.get(), index);
+    std::vector<TOVREN_SFL_FLASH_INFO> records(count);
     for (TOVREN_SFL_FLASH_INFO& record : records) {
         reader.read_record(payload.data.get(), index, record);
         TOVREN_CHECK_TEXT(!record.ini.empty(), "!ini.empty()");

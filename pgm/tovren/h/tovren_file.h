@@ -24,11 +24,12 @@ public:
     void write(std::span<const unsigned char> bytes);
 
     // Flushes to the disk and puts the file in place. False when this or anything before it failed: then the target is
-    // as it was.
+    // as it was and nothing stands beside it.
     bool commit();
 
 private:
     void open_beside(const std::string& temporary);
+    void discard();
     void close();
 
     std::string m_target;
