@@ -138,6 +138,7 @@ void TOVREN_DEV_INFO_MANAGER::print_database(unsigned int index, std::string lab
     TOVREN_CHECK(index < TOTAL_DATABASE_DEVICE);
     TOVREN_CHECK(m_device_database != NULL);
     const TOVREN_DEVICE_INFO& record = m_device_database[index];
+    std::cout << "Dev Info Manager Debug " + std::to_string(index) + "\n\t" + label;
     std::vector<std::string> keys = {label};
     if (label.empty())
         keys = {key_text("FAMILY : ", convert_id_enum_to_string("family", record.family)),
@@ -145,9 +146,9 @@ void TOVREN_DEV_INFO_MANAGER::print_database(unsigned int index, std::string lab
                 key_text("DEVICE : ", convert_id_enum_to_string("device", record.device)),
                 key_text("PART : ", convert_id_enum_to_string("part", record.part))};
 
-    std::string line = fmt::format("Dev Info Manager Debug {}\n\t", index);
+    std::string line;
     for (const std::string& key : keys)
-        line += key;
+        line += label.empty() ? key : "";
     unsigned int member = 0;
     tovren_visit_members(record, [&](const char*, const auto& value) {
         if (++member <= 4)

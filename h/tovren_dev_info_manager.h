@@ -193,6 +193,7 @@ private:
     using PCF_INDEX = std::vector<const TOVREN_DEVICE_INFO_PCF_MAP*>;
 
     TOVREN_LOCAL void read_payload_header(const unsigned char* data, unsigned int& index);
+    TOVREN_LOCAL void confirm_records(const unsigned char* data, unsigned int index);
     TOVREN_LOCAL TOVREN_DEVICE_INFO* copy_record_at(unsigned int position);
     TOVREN_LOCAL bool search_ids(const RECORD_IDS& records, unsigned int value, unsigned int bound,
                                  const char* bound_text);

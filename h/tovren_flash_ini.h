@@ -8,7 +8,10 @@
 //     auto section = std::make_unique<unsigned char[]>(size);
 //     unsigned int index = 0;
 //     TOVREN_FLASH_INI::fillup_flash_ini_data(section.get(), index, TOVREN_PARAM_DWORD, &id); // ... and so on
-//     TOVREN_FLASH_INI::write_flash_ini_data(TOVREN_FLASH_INI_HPS_NAND, section.get(), size);
+//     TOVREN_FLASH_INI::write_flash_ini_data(TOVREN_FLASH_INI_SFL, section.get(), size);
+//
+// The values of the two HPS sections stand behind 32 bare characters (tovren_hps_mgr.h), without which a section is
+// ignored.
 //
 // `value` and the entries of `values` point to a std::string (type STRING), a bool (BOOL), or an unsigned char, short,
 // int or long long (BYTE to QWORD). Any other type is the internal error "Unsupport param type".

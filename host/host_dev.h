@@ -49,7 +49,7 @@ public:
 
     // Fills `parts`, cleared before, with the named parts that pass every filter, in enumerator order.
     //   family              user name of the family
-    //   package             package text, such as F256
+    //   package             kind of package, such as FBGA
     //   pin_count           its pins, as a decimal number
     //   temperature_grade   one letter
     //   speed_grade         one digit

@@ -274,7 +274,7 @@ TEST_F(DbFile, ClaimsNoFewerRecordsThanThereAre) {
 TEST_F(DbFile, ClaimsNoMoreRecordsThanThePayloadHasRoomFor) {
     for (const unsigned int count : {3U, 1000U, 0x80000000U, 0xFFFFFFFFU}) {
         file.flash_count = count;
-        EXPECT_REPORT(load(file), "m_flash_count <= payload_size / record_size", IN_FLASH_MANAGER) << count;
+        EXPECT_REPORT(load(file), "type == TOVREN_MANAGER_STRING", IN_DB_STREAM) << count;
     }
 }
 

@@ -2,20 +2,17 @@
 //
 // Invariants of a loaded manager: at least TOTAL_DATABASE_DEVICE records are allocated (zeroed where the file held
 // fewer), so a search never leaves the array; records and tables never change; only m_index moves. An entry of a table
-// comes from the file as it is and is compared with the record count when a record is fetched.
+// comes from the file as it is and is compared with TOTAL_DATABASE_DEVICE when a record is fetched.
 #include "tovren_dev_info_manager.h"
 
 #include "host_text.h"
 #include "tovren_check.h"
-#include "tovren_db_stream.h"
+#include "tovren_db_record.h"
 
 #include <algorithm>
 #include <cstring>
 
 namespace {
-
-// A payload handed in from outside: nothing bounds its record count.
-constexpr unsigned int UNKNOWN_PAYLOAD_SIZE = INVALID_DWORD;
 
 unsigned long long length_bit(const char* text) {
     return 1ULL << std::min<size_t>(std::strlen(text), 63);
@@ -32,7 +29,7 @@ std::unique_ptr<unsigned int[]> make_empty_table(unsigned int count) {
 TOVREN_DEV_INFO_MANAGER::TOVREN_DEV_INFO_MANAGER(bool skip_load, unsigned int debug_mode)
     : m_version(0), m_device_count(0), m_type_count(0), m_index(0), m_csv_memory_size(0), m_debug(debug_mode),
       m_family_table(make_empty_table(DEV_FAMILY_MAX)), m_device_table(make_empty_table(DEV_DEVICE_MAX)),
-      m_part_table(make_empty_table(DEV_PART_MAX)), m_pcf_lengths(0), m_payload_size(UNKNOWN_PAYLOAD_SIZE) {
+      m_part_table(make_empty_table(DEV_PART_MAX)), m_pcf_lengths(0), m_payload_size(DB_UNKNOWN_SIZE) {
     if (!skip_load)
         initialize_device_database(FIO_PATH(gen_get_device_db_fullpath() + "/programmer/pgm_dev_info.pcf"));
 }
@@ -48,13 +45,14 @@ void TOVREN_DEV_INFO_MANAGER::initialize_device_database(FIO_PATH device_file) {
     m_csv_memory_size = memory_size - get_table_size();
     m_payload_size = memory_size;
     parse_database(payload.data.get(), false);
-    m_payload_size = UNKNOWN_PAYLOAD_SIZE;
+    m_payload_size = DB_UNKNOWN_SIZE;
 }
 
 void TOVREN_DEV_INFO_MANAGER::parse_database(unsigned char* data, bool records_only) {
     unsigned int index = 0;
     read_payload_header(data, index);
     TOVREN_CHECK(m_device_database == NULL);
+    confirm_records(data, index);
     m_device_database = std::make_unique<TOVREN_DEVICE_INFO[]>(std::max(m_device_count, TOTAL_DATABASE_DEVICE));
     for (unsigned int record = 0; record < m_device_count; ++record) {
         get_database(data, index, record);
@@ -75,38 +73,24 @@ void TOVREN_DEV_INFO_MANAGER::read_payload_header(const unsigned char* data, uns
     m_device_count = db_get_dword(data, index);
     m_type_count = db_get_dword(data, index);
     TOVREN_CHECK(m_device_count > 0 && m_type_count > 0);
-    const unsigned int smallest_record = db_record_size(m_db_type_list, {});
-    TOVREN_CHECK_TEXT(m_payload_size == UNKNOWN_PAYLOAD_SIZE || m_device_count <= m_payload_size / smallest_record,
-                      "m_device_count <= payload_size / record_size");
 }
 
-namespace {
-
-// Reads each member by its type.
-struct MEMBER_READER {
-    const unsigned char* data;
-    unsigned int& index;
-
-    void operator()(const char*, std::string& value) {
-        db_get_string(TOVREN_DEVICE_DB_FORMAT, data, index, true, value);
+// Reads the records of a doubtful payload once before there is memory for them.
+void TOVREN_DEV_INFO_MANAGER::confirm_records(const unsigned char* data, unsigned int index) {
+    if (!db_is_doubtful_count(m_device_count, db_record_size(m_db_type_list, {}), m_payload_size))
+        return;
+    TOVREN_DEVICE_INFO record;
+    for (unsigned int i = 0; i < m_device_count; ++i) {
+        db_read_record(TOVREN_DEVICE_DB_FORMAT, true, data, index, record);
+        db_confirm_record_end(data, index);
     }
-    void operator()(const char*, bool& value) { value = db_get_bool(data, index); }
-    void operator()(const char*, BYTE& value) { value = db_get_byte(data, index); }
-    void operator()(const char*, WORD& value) { value = db_get_word(data, index); }
-
-    // DWORDs and the enumerations, which are as wide.
-    template <typename VALUE>
-    void operator()(const char*, VALUE& value) {
-        value = static_cast<VALUE>(db_get_dword_value(TOVREN_DEVICE_DB_FORMAT, data, index));
-    }
-};
-
-} // namespace
+}
 
 void TOVREN_DEV_INFO_MANAGER::get_database(unsigned char* data, unsigned int& index, unsigned int record) {
     TOVREN_CHECK_TEXT(m_device_database != NULL && record < m_device_count, "m_device_database != NULL");
     TOVREN_DEVICE_INFO& info = m_device_database[record];
-    tovren_visit_members(info, MEMBER_READER{data, index});
+    const bool has_slack = m_payload_size != DB_UNKNOWN_SIZE; // only what initialize_device_database() unpacked
+    db_read_record(TOVREN_DEVICE_DB_FORMAT, has_slack, data, index, info);
     if (record >= TOTAL_DATABASE_DEVICE)
         return;
     m_family_ids.set(record, info.family);

@@ -21,13 +21,6 @@
 
 namespace {
 
-// A payload handed in from outside: nothing bounds its record count.
-constexpr unsigned int UNKNOWN_PAYLOAD_SIZE = INVALID_DWORD;
-
-// From here on a table is read once before there is memory for its records: a few bytes that decompress to many zeros
-// may claim any number.
-constexpr unsigned int MANY_RECORDS = 0x10000;
-
 bool equal_ignoring_case(const std::string& left, const std::string& right) {
     return gen_stricmp(left.c_str(), right.c_str()) == 0;
 }
@@ -124,7 +117,7 @@ struct TOVREN_FLASH_MANAGER::ID_INDEX {
 
 TOVREN_FLASH_MANAGER::TOVREN_FLASH_MANAGER(bool, unsigned int device_count, bool skip_load, bool debug)
     : m_debug(debug ? 1 : 0), m_version(0), m_device_count(device_count), m_flash_count(0), m_ini_count(0),
-      m_type_count(0), m_payload_size(UNKNOWN_PAYLOAD_SIZE) {
+      m_type_count(0), m_payload_size(DB_UNKNOWN_SIZE) {
     if (skip_load)
         return;
     initialize_flash_database(FIO_PATH(gen_get_device_db_fullpath() + "/programmer/pgm_flash.pcf"));
@@ -144,7 +137,7 @@ void TOVREN_FLASH_MANAGER::initialize_flash_database(FIO_PATH flash_file) {
     const DB_PAYLOAD payload = db_read_file(TOVREN_FLASH_DB_FORMAT, flash_file);
     m_payload_size = payload.size;
     parse_database(payload.data.get());
-    m_payload_size = UNKNOWN_PAYLOAD_SIZE;
+    m_payload_size = DB_UNKNOWN_SIZE;
 }
 
 unsigned int TOVREN_FLASH_MANAGER::parse_database(unsigned char* data) {
@@ -180,15 +173,15 @@ unsigned int TOVREN_FLASH_MANAGER::read_payload_header(const unsigned char* data
     m_flash_count = db_get_dword(data, index);
     m_type_count = db_get_dword(data, index);
     TOVREN_CHECK(m_flash_count > 0 && m_type_count > 0);
-    const unsigned int smallest_record = db_record_size(m_type_list, {});
-    TOVREN_CHECK_TEXT(m_payload_size == UNKNOWN_PAYLOAD_SIZE || m_flash_count <= m_payload_size / smallest_record,
-                      "m_flash_count <= payload_size / record_size");
     return m_flash_count;
 }
 
+// Reads the records of a doubtful payload once before there is memory for them.
 void TOVREN_FLASH_MANAGER::confirm_records(const unsigned char* data, unsigned int index) {
+    if (!db_is_doubtful_count(m_flash_count, db_record_size(m_type_list, {}), m_payload_size))
+        return;
     TOVREN_SFL_FLASH_INFO record;
-    for (unsigned int i = 0; m_flash_count >= MANY_RECORDS && i < m_flash_count; ++i) {
+    for (unsigned int i = 0; i < m_flash_count; ++i) {
         read_record(data, index, record);
         TOVREN_CHECK_TEXT(!record.ini.empty(), "!ini.empty()");
         db_confirm_record_end(data, index);
@@ -221,7 +214,7 @@ bool TOVREN_FLASH_MANAGER::get_database(unsigned char* data, unsigned int& index
 }
 
 void TOVREN_FLASH_MANAGER::read_record(const unsigned char* data, unsigned int& index, TOVREN_SFL_FLASH_INFO& record) {
-    const bool has_slack = m_payload_size != UNKNOWN_PAYLOAD_SIZE; // only what initialize_flash_database() unpacked
+    const bool has_slack = m_payload_size != DB_UNKNOWN_SIZE; // only what initialize_flash_database() unpacked
     db_read_record(TOVREN_FLASH_DB_FORMAT, has_slack, data, index, record);
 }
 

@@ -299,9 +299,9 @@ void print_ini_check(const TOVREN_FLASH_INI_ENTRY& entry, const TOVREN_FLASH_INI
     if (check.refusal == TOVREN_FLASH_INI_MALFORMED)
         return;
     for (size_t i = 0; i < check.fields.size(); ++i)
-        std::cout << "Status " << i << " : 1\n";
+        std::cout << "Status " + std::to_string(i) + " : 1\n";
     if (check.refusal == TOVREN_FLASH_INI_MISSING_FIELD)
-        std::cout << "Status " << check.fields.size() << " : 0\n";
+        std::cout << "Status " + std::to_string(check.fields.size()) + " : 0\n";
     if (check.refusal == TOVREN_FLASH_INI_INVALID_RECORD)
         std::cout << "Fail to check the validity of the INI\n";
     if (check.refusal == TOVREN_FLASH_INI_WRONG_TAG)
@@ -447,12 +447,12 @@ void TOVREN_FLASH_MANAGER::parse_ext_flash_info() {
         return;
 
     const bool is_debug = cfg_is_on(setting + "_DEBUG", false);
+    if (is_debug)
+        std::cout << list << '\n';
     const TOVREN_FLASH_INI_ENTRY entry = read_ini_entry(list, 0);
     const TOVREN_FLASH_INI_CHECK check = check_ini_entry(entry);
-    if (is_debug) {
-        std::cout << list << '\n';
+    if (is_debug)
         print_ini_check(entry, check);
-    }
     if (check.refusal != TOVREN_FLASH_INI_ACCEPTED && check.refusal != TOVREN_FLASH_INI_NO_DEVICE_NAME)
         return;
     m_ext_flash_info = check.record;

@@ -88,6 +88,16 @@ constexpr bool db_takes(unsigned int tags, unsigned char tag) {
     return tag < TOVREN_MANAGER_TYPE_MAX && (tags >> tag & 1) != 0;
 }
 
+// The size of a payload that was handed in from outside: what it holds has no bound, and there is no slack behind it.
+inline constexpr unsigned int DB_UNKNOWN_SIZE = INVALID_DWORD;
+
+// Whether records are to be looked at before there is memory for them: when the payload has no room for as many, or
+// when they are so many that a few bytes, decompressed to zeros, may stand for them.
+constexpr bool db_is_doubtful_count(unsigned int count, unsigned int smallest_record, unsigned int payload_size) {
+    constexpr unsigned int MANY = 0x10000;
+    return payload_size != DB_UNKNOWN_SIZE && (count >= MANY || count > payload_size / smallest_record);
+}
+
 // ---- readers ----
 
 // What a reader does with a value that it cannot take: reports what is wrong with it. `value` is at the tag.
