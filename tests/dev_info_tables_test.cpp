@@ -165,6 +165,12 @@ protected:
         return text;
     }
 
+    // The five bytes of a table's tag and count.
+    static std::string head_at(const BYTES& payload, size_t start) {
+        const auto begin = payload.begin() + static_cast<std::ptrdiff_t>(start);
+        return hex_text({begin, begin + 5});
+    }
+
     // The entries of a table that stands in the payload with so many numbers behind its tag and count.
     static std::vector<unsigned int> entries_at(const BYTES& payload, size_t start, size_t count) {
         std::vector<unsigned int> entries;
@@ -213,10 +219,10 @@ TEST_F(ShippedDevices, HaveTheTablesOfTheModelInTheirFile) {
     const BYTES file = read_file(SHIPPED_DATABASE_ROOT "/programmer/pgm_dev_info.pcf");
     const BYTES payload = inflated({file.begin() + 44, file.end() - 2});
     const size_t tables = payload.size() - (4503 + 4 * DEV_PART_MAX);
-    EXPECT_EQ("08 4A 00 00 00", hex_text({payload.begin() + tables, payload.begin() + tables + 5}));
+    EXPECT_EQ("08 4A 00 00 00", head_at(payload, tables));
     EXPECT_EQ(model().family_table, entries_at(payload, tables + 5, 74));
     const size_t devices = tables + 5 + 74 * 4;
-    EXPECT_EQ("0A 18 04 00 00", hex_text({payload.begin() + devices, payload.begin() + devices + 5}));
+    EXPECT_EQ("0A 18 04 00 00", head_at(payload, devices));
     EXPECT_EQ(model().device_table, entries_at(payload, devices + 5, 1048));
     const size_t parts = devices + 5 + 1048 * 4;
     EXPECT_EQ(11, payload.at(parts));
