@@ -23,12 +23,25 @@ using GRAMMAR = TOVREN_DEVICE_GRAMMAR_MGR;
 constexpr unsigned int NO_OPN = 0xFFFFFFFF;
 constexpr unsigned long long NO_HASH = 0xFFFFFFFFFFFFFFFF;
 
-// Whether a part may have the name as its package-level or programmer name: a key of the first two maps.
+// Calls `visit(key)` for each key of the first two maps: package-level names and programmer names.
+template <typename VISIT>
+void visit_coarser_names(const VISIT& visit) {
+    for (const unsigned int map : {0U, 1U})
+        GRAMMAR::visit_map(map, [&visit](const std::string& key, const auto&) { visit(key); });
+}
+
+// Whether a part may have the name as its package-level or programmer name. A set pays off behind the first few names.
 bool is_coarser_name(const std::string& name) {
+    constexpr unsigned int FEW = 16;
+    static unsigned int asked = 0;
+    if (++asked <= FEW) {
+        bool is_found = false;
+        visit_coarser_names([&](const std::string& key) { is_found = is_found || key == name; });
+        return is_found;
+    }
     static const std::unordered_set<std::string> names = [] {
         std::unordered_set<std::string> keys;
-        for (const unsigned int map : {0U, 1U})
-            GRAMMAR::visit_map(map, [&keys](const std::string& key, const auto&) { keys.insert(key); });
+        visit_coarser_names([&keys](const std::string& key) { keys.insert(key); });
         return keys;
     }();
     return names.contains(name);
@@ -45,13 +58,33 @@ std::string full_name_of(const std::string& name) {
     return spelling;
 }
 
+// The first part of the catalogue among the names that a map holds under a key; with `deeper`, among those that the
+// first map holds under each of these.
+DEV_PART_ENUM first_part_under(unsigned int map, const std::string& key, bool deeper) {
+    DEV_PART_ENUM first = DEV_PART_GENERIC;
+    std::vector<std::string> names;
+    GRAMMAR::visit_map(map, [&](const std::string& own, const std::vector<std::string>& contents) {
+        if (own == key)
+            names = contents;
+    });
+    for (const std::string& name : names) {
+        const DEV_PART_ENUM part = deeper ? first_part_under(0, name, false) : dstr_get_dev_part_enum_by_string(name);
+        if (part != DEV_PART_INVALID)
+            first = std::min(first, part);
+    }
+    return first;
+}
+
 // The part that the name stands for, else the first one of its package, else of its programmer name.
 std::string catalogue_part_of(const TOOL_NAME_ANSWERS& answers) {
-    std::string part = answers.full_name;
-    for (const std::string* name : {&answers.package_name, &answers.pgm_name})
-        if (part.empty() && *name != answers.standardised)
-            part = full_name_of(*name);
-    return part;
+    if (!answers.full_name.empty())
+        return answers.full_name;
+    DEV_PART_ENUM part = first_part_under(0, answers.package_name, false);
+    if (part == DEV_PART_GENERIC)
+        part = first_part_under(1, answers.pgm_name, true);
+    std::string name = part == DEV_PART_GENERIC ? "" : dstr_get_user_string(part);
+    stl_toupper(name);
+    return name;
 }
 
 // From a part, a device or a part file to the rest. A family leads to itself alone.
