@@ -119,10 +119,32 @@ private:
     bool m_is_faulty;
 };
 
+// The encoded size of a row: what all rows have in common and the characters of its texts.
+class ROW_SIZES {
+public:
+    explicit ROW_SIZES(const std::vector<TOVREN_MANAGER_TYPE>& types) : m_fixed(db_record_size(types, {})) {
+        for (size_t i = 0; i < types.size(); ++i)
+            if (db_is_text(types[i]))
+                m_texts.push_back(i);
+    }
+
+    size_t of(const std::vector<std::string>& svec) const {
+        size_t size = m_fixed;
+        for (const size_t text : m_texts)
+            size += svec[text].size();
+        return size;
+    }
+
+private:
+    size_t m_fixed;
+    std::vector<size_t> m_texts; // positions
+};
+
 // Returns the payload's size. `encoder` may be null.
 size_t scan_flash_file(const FIO_PATH& csv, unsigned int& device_count, const std::vector<std::string>& names,
                        const std::vector<TOVREN_MANAGER_TYPE>& types, ROW_ENCODER* encoder) {
     device_count = 0;
+    const ROW_SIZES sizes(types);
     size_t size = DB_PAYLOAD_HEADER_SIZE + DB_MARKER_SIZE;
     CSV_READER input(csv);
     std::vector<std::string> svec;
@@ -134,7 +156,7 @@ size_t scan_flash_file(const FIO_PATH& csv, unsigned int& device_count, const st
         else if (row == NAME_ROW)
             check_name_row(svec, names);
         else if (row >= FIRST_DATA_ROW) {
-            const unsigned int record_size = db_record_size(types, svec);
+            const size_t record_size = sizes.of(svec);
             size += record_size;
             ++device_count;
             if (encoder)
