@@ -37,8 +37,14 @@ int with_guess(int result, const std::string& message, const std::vector<std::st
                      guess.empty() ? std::vector<std::string>() : std::vector<std::string>{guess});
 }
 
+// As the library's tables spell a name.
+std::string standardised(std::string name) {
+    standardize_name(name);
+    return name;
+}
+
 int full(const std::string& name, const TOOL_OUTPUT& output) {
-    const std::string answer = TOVREN_MGR::find_possible_full_name(name);
+    const std::string answer = TOVREN_MGR::find_possible_full_name(standardised(name));
     const int result = write_answer("name", name, "full_name", answer, output);
     return with_guess(result, tool_quoted(name) + " stands for no part of the catalogue",
                       result == TOOL_EXIT_DONE ? std::vector<std::string>()
@@ -53,7 +59,7 @@ std::vector<std::string> keys_of(unsigned int map) {
 
 int of_pcf(const std::string& pcf, const TOOL_OUTPUT& output) {
     constexpr unsigned int PGM_PCF = 2;
-    const int result = write_answer("pcf", pcf, "name", TOVREN_MGR::get_part_name_from_pcf(pcf), output);
+    const int result = write_answer("pcf", pcf, "name", TOVREN_MGR::get_part_name_from_pcf(standardised(pcf)), output);
     return with_guess(result, "no part in production with an ordering number has the part file " + tool_quoted(pcf),
                       result == TOOL_EXIT_DONE ? std::vector<std::string>()
                                                : tool_nearest_names(pcf, keys_of(PGM_PCF)));
@@ -67,9 +73,9 @@ std::vector<std::string> device_names() {
 }
 
 int of_device(const std::string& device, const TOOL_OUTPUT& output) {
-    const DEV_DEVICE_ENUM number = dstr_get_dev_device_enum_by_string(device);
+    const DEV_DEVICE_ENUM number = dstr_get_dev_device_enum_by_string(standardised(device));
     const bool is_known = dstr_is_valid_dev_device_enum(number);
-    const std::string answer = is_known ? TOVREN_MGR::get_part_name_from_dev(device) : "";
+    const std::string answer = is_known ? TOVREN_MGR::get_part_name_from_dev(standardised(device)) : "";
     const int result = write_answer("device", device, "name", answer, output);
     return is_known ? with_guess(result, "device " + tool_quoted(device) + " has no part in the catalogue", {})
                     : with_guess(result, "there is no device " + tool_quoted(device),

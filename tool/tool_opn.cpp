@@ -156,6 +156,7 @@ int check_value(PGM_ENUM_TYPE type, unsigned int value, const TOOL_OUTPUT& outpu
 }
 
 int check_name(PGM_ENUM_TYPE type, std::string name, const TOOL_OUTPUT& output) {
+    gen_remove_leading_and_trailing_white_spaces(name);
     unsigned int value = 0;
     const bool is_supported = TOVREN_MGR::pgm_check_type_name_supported(type, name, &value);
     stl_toupper(name);

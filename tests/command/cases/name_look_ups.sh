@@ -19,3 +19,8 @@ attempt name full
 attempt name of-pcf a b
 attempt name explain
 attempt name
+# Blanks around a name and its letter case do not count.
+tovren name of-pcf " qx24x"
+tovren name full " qx24af484c6 "
+tovren name of-device " qx24a "
+tovren enum check 1 " cfm0"
