@@ -8,12 +8,15 @@
 
 #include <algorithm>
 #include <fstream>
+#include <sstream>
+#include <string_view>
 
 namespace {
 
 constexpr unsigned int TYPE_ROW = 0;
 constexpr unsigned int NAME_ROW = 1;
 constexpr size_t LONGEST_TEXT = 255;
+constexpr size_t LARGEST_DESCRIPTION = 64 << 20; // bytes
 constexpr size_t MOST_FAULTS_SHOWN = 10;
 
 using SEVERITY = TOOL_CSV_FAULT::SEVERITY;
@@ -37,9 +40,12 @@ public:
             m_table.faults.push_back({.fault = fault});
             return std::move(m_table);
         }
-        std::ifstream input(m_file);
+        std::ifstream file(m_file);
+        std::istringstream input(tool_read_all(file, tool_printable(m_file), LARGEST_DESCRIPTION));
         std::string line;
         for (m_line = 1; std::getline(input, line); ++m_line) {
+            if (m_line == 1)
+                take_mark_off(line);
             gen_remove_leading_and_trailing_white_spaces(line);
             if (!line.empty())
                 check_row(m_table.row_count++, line);
@@ -48,6 +54,15 @@ public:
     }
 
 private:
+    // What some editors put in front of UTF-8. The generators take it for a part of the first cell.
+    void take_mark_off(std::string& line) {
+        constexpr std::string_view MARK = "\xEF\xBB\xBF";
+        if (!line.starts_with(MARK))
+            return;
+        line.erase(0, MARK.size());
+        add_row_fault("the file begins with a byte-order mark; save it as UTF-8 without one");
+    }
+
     void add_row_fault(const std::string& fault) { m_table.faults.push_back({.line = m_line, .fault = fault}); }
 
     void add(size_t i, const std::string& cell, const std::string& fault, SEVERITY severity = SEVERITY::REFUSED) {

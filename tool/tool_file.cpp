@@ -3,6 +3,7 @@
 
 #include "tool_text.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <sys/stat.h>
@@ -26,6 +27,23 @@ std::string tool_reading_fault(const std::string& file) {
     if (access(file.c_str(), R_OK) != 0)
         return std::string("it cannot be read: ") + strerror(errno);
     return "";
+}
+
+std::string tool_read_all(std::istream& input, const std::string& name, size_t most) {
+    constexpr size_t STEP = 1 << 16;
+    std::string text;
+    while (input && text.size() <= most) {
+        const size_t begin = text.size();
+        text.resize(std::min(begin + STEP, most + 1));
+        input.read(text.data() + begin, static_cast<std::streamsize>(text.size() - begin));
+        text.resize(begin + static_cast<size_t>(input.gcount()));
+    }
+    if (input.bad())
+        throw TOOL_ERROR(TOOL_EXIT_REFUSED, name + ": it cannot be read");
+    if (text.size() > most)
+        throw TOOL_ERROR(TOOL_EXIT_REFUSED,
+                         name + ": it has more than " + std::to_string(most >> 20) + " MiB, the most that is read");
+    return text;
 }
 
 bool tool_is_same_file(const std::string& left, const std::string& right) {

@@ -1,10 +1,12 @@
 // `tovren flash definition`: the stored text of flash definitions, taken apart.
 #include "tool_flash_definition.h"
+#include "tool_file.h"
 
 #include "host_cfg.h"
 #include "host_text.h"
 #include "tool_command_line.h"
 #include "tool_error.h"
+#include "tool_file.h"
 #include "tool_flash_record.h"
 #include "tool_output.h"
 #include "tool_table.h"
@@ -14,7 +16,6 @@
 #include <algorithm>
 #include <cctype>
 #include <iostream>
-#include <iterator>
 #include <memory>
 #include <nlohmann/json.hpp>
 
@@ -59,7 +60,8 @@ std::string advice_to_decode(const std::string& encoded) {
 // ---- encode and decode ----
 
 std::string standard_input() {
-    return {std::istreambuf_iterator<char>(std::cin), std::istreambuf_iterator<char>()};
+    constexpr size_t LARGEST_LIST = 1 << 20; // bytes
+    return tool_read_all(std::cin, "standard input", LARGEST_LIST);
 }
 
 // A line end behind the list belongs to the line, not to the list.

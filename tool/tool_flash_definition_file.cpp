@@ -12,7 +12,6 @@
 #include <cmath>
 #include <fstream>
 #include <iostream>
-#include <iterator>
 #include <memory>
 #include <nlohmann/json.hpp>
 #include <set>
@@ -194,14 +193,16 @@ void FLASH_READER::read(const ordered_json& flash) {
 
 // ---- the file ----
 
+constexpr size_t LARGEST_DEFINITION_FILE = 1 << 20; // bytes
+
 std::string file_text(const std::string& file) {
     if (file == "-")
-        return {std::istreambuf_iterator<char>(std::cin), std::istreambuf_iterator<char>()};
+        return tool_read_all(std::cin, "standard input", LARGEST_DEFINITION_FILE);
     if (const std::string fault = tool_reading_fault(file); !fault.empty())
         throw TOOL_ERROR(TOOL_EXIT_REFUSED, tool_printable(file) + ": " + fault,
                          {"next: name the file that holds the definition, or - for standard input"});
     std::ifstream input(file, std::ios::in | std::ios::binary);
-    return {std::istreambuf_iterator<char>(input), std::istreambuf_iterator<char>()};
+    return tool_read_all(input, tool_printable(file), LARGEST_DEFINITION_FILE);
 }
 
 // Finds a key that an object has twice, of which the reader would take the last without a word, and keeps out what is

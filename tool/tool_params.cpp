@@ -11,7 +11,6 @@
 
 #include <algorithm>
 #include <fstream>
-#include <iterator>
 #include <memory>
 #include <nlohmann/json.hpp>
 
@@ -167,18 +166,18 @@ struct SET_OPTIONS {
     std::string file;
 };
 
+constexpr size_t LARGEST_SECTION = 16 << 20; // bytes
+
 TOOL_BYTES file_bytes(const std::string& file) {
     const std::string shown = tool_printable(file);
     if (const std::string fault = tool_reading_fault(file); !fault.empty())
         throw TOOL_ERROR(TOOL_EXIT_REFUSED, shown + ": " + fault, {"next: name the file that holds the section"});
     std::ifstream input(file, std::ios::in | std::ios::binary);
-    TOOL_BYTES bytes((std::istreambuf_iterator<char>(input)), std::istreambuf_iterator<char>());
-    if (input.bad())
-        throw TOOL_ERROR(TOOL_EXIT_REFUSED, shown + ": it cannot be read");
-    if (bytes.empty())
+    const std::string text = tool_read_all(input, shown, LARGEST_SECTION);
+    if (text.empty())
         throw TOOL_ERROR(TOOL_EXIT_REFUSED, shown + ": it is empty; a section has at least one byte",
                          {"next: `tovren params remove SECTION` takes a section out"});
-    return bytes;
+    return {text.begin(), text.end()};
 }
 
 void write_change(const char* what, TOVREN_FLASH_INI_ENUM section, size_t size, const TOOL_OUTPUT& output) {

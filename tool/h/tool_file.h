@@ -4,6 +4,7 @@
 
 #include "tool_error.h"
 
+#include <istream>
 #include <new>
 #include <string>
 #include <vector>
@@ -19,6 +20,10 @@ TOOL_ERROR tool_refusal(const std::string& condition, const TOOL_ADVICE& advice)
 
 // What the operating system says against reading `file`; empty where it says nothing.
 std::string tool_reading_fault(const std::string& file);
+
+// All bytes up to the end. Ends the command where there are more than `most`, a multiple of 1 MiB: a device may have no
+// end. `name` is shown.
+std::string tool_read_all(std::istream& input, const std::string& name, size_t most);
 
 // Both are the same regular file.
 bool tool_is_same_file(const std::string& left, const std::string& right);

@@ -19,3 +19,7 @@ echo "$?"
 python3 "$SUPPORT/device_csv.py" | sed '2s/.*/\U&/; s/,/ , /g; s/$/\r/' > odd.csv
 tovren check devices odd.csv
 tovren check devices "$DATA/../../../data/devices.csv" | sed 's/.*: //'
+{ printf '\xEF\xBB\xBF'; python3 "$SUPPORT/device_csv.py"; } > mark.csv
+tovren check devices mark.csv
+tovren device generate --product-root none mark.csv mark.pcf
+echo "$?"
