@@ -1,10 +1,12 @@
 // Faults of a flash description: of its cells, and between its rows.
+#include "host_pgm_common.h"
 #include "tool_csv_table.h"
 #include "tool_text.h"
 #include "tovren_flash_manager.h"
 
 #include <algorithm>
 #include <map>
+#include <optional>
 
 namespace {
 
@@ -97,33 +99,67 @@ void check_all_defaults(const std::vector<TOOL_CSV_ROW>& rows, std::vector<TOOL_
         check_defaults(same, faults);
 }
 
-// What a row compares, as the text of its cells.
-std::string identification(const TOOL_CSV_ROW& row) {
-    std::string text = cell_of(row, "silicon_id");
-    for (const char* member : {"memory_id", "memory_id_index"})
-        text += ' ' + folded(cell_of(row, member));
-    if (cell_of(row, "silicon_id") == "TRUE")
-        return text;
-    const bool has_type = cell_of(row, "memory_type_index") != "255";
-    for (const char* member : {"memory_type", "memory_type_index", "mfc_id", "mfc_id_index"})
-        if (has_type || std::string(member).find("memory_type") != 0)
-            text += ' ' + folded(cell_of(row, member));
-    return text;
+using KEY = std::vector<unsigned int>;
+
+// What a row compares.
+struct IDENTIFICATION {
+    KEY key;                 // all but the memory type
+    std::optional<KEY> type; // the byte and its place; nothing where any byte will do
+    const TOOL_CSV_ROW* row = nullptr;
+};
+
+// The bytes that these members hold in the database; nothing where a cell is no number.
+std::optional<KEY> bytes_of(const TOOL_CSV_ROW& row, std::initializer_list<const char*> members) {
+    KEY bytes;
+    for (const char* member : members) {
+        bool is_number = false;
+        bool is_too_large = false;
+        const unsigned int value =
+            PGM_COMMON::convert_string_to_dword(cell_of(row, member), true, &is_number, &is_too_large, true);
+        if (!is_number)
+            return std::nullopt;
+        bytes.push_back(value & 0xFF);
+    }
+    return bytes;
+}
+
+std::optional<IDENTIFICATION> identification_of(const TOOL_CSV_ROW& row) {
+    constexpr unsigned int NO_PLACE = 255;
+    const bool has_silicon_id = cell_of(row, "silicon_id") == "TRUE";
+    auto key = has_silicon_id ? bytes_of(row, {"memory_id", "memory_id_index"})
+                              : bytes_of(row, {"memory_id", "memory_id_index", "mfc_id", "mfc_id_index"});
+    auto type = has_silicon_id ? KEY{0, NO_PLACE} : bytes_of(row, {"memory_type", "memory_type_index"});
+    if (!key || !type)
+        return std::nullopt;
+    if (type->back() == NO_PLACE)
+        type.reset();
+    return IDENTIFICATION{std::move(*key), std::move(type), &row};
+}
+
+// Whenever `later` is loaded and matches, so does `earlier`.
+bool is_shadowing(const IDENTIFICATION& earlier, const IDENTIFICATION& later) {
+    return (!earlier.type || earlier.type == later.type) &&
+           (is_always_shown(*earlier.row) || cell_of(*earlier.row, "ini") == cell_of(*later.row, "ini"));
 }
 
 // A row that an earlier one answers for can be selected by name only.
 void check_shadows(const std::vector<TOOL_CSV_ROW>& rows, std::vector<TOOL_CSV_FAULT>& faults) {
-    std::map<std::string, const TOOL_CSV_ROW*> first_rows;
+    std::map<KEY, std::vector<IDENTIFICATION>> identified;
     for (const TOOL_CSV_ROW& row : rows) {
-        const TOOL_CSV_ROW*& first = first_rows[identification(row)];
-        if (first && (is_always_shown(*first) || cell_of(*first, "ini") == cell_of(row, "ini")))
+        const auto later = identification_of(row);
+        if (!later)
+            continue;
+        auto& alike = identified[later->key];
+        const auto first = std::find_if(alike.begin(), alike.end(),
+                                        [&](const IDENTIFICATION& earlier) { return is_shadowing(earlier, *later); });
+        if (first == alike.end())
+            alike.push_back(*later);
+        else
             faults.push_back(fault_at(row, "memory_id",
                                       tool_quoted(cell_of(row, "device_name")) + " is never identified: line " +
-                                          std::to_string(first->line) + ", " +
-                                          tool_quoted(cell_of(*first, "device_name")) + ", answers alike",
+                                          std::to_string(first->row->line) + ", " +
+                                          tool_quoted(cell_of(*first->row, "device_name")) + ", answers alike",
                                       SEVERITY::REMARK));
-        else
-            first = &row;
     }
 }
 
