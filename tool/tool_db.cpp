@@ -138,6 +138,9 @@ int inspect(const std::string& path, const TOOL_OUTPUT& output) {
         for (size_t i = 0; i < file.records.size(); ++i)
             output.write(record_text(file.records[i], i));
     }
+    if (file.trailing_size != 0)
+        tool_note("note: " + tool_printable(path) + ": " + tool_count_text(file.trailing_size, "byte") +
+                  " behind the last record; a load does not read them");
     if (file.fault)
         throw TOOL_ERROR(TOOL_EXIT_REFUSED, tool_printable(path) + ": " + file.fault->area + " offset " +
                                                 std::to_string(file.fault->offset) + ": " + file.fault->reason);

@@ -23,6 +23,10 @@ constexpr unsigned int VERSION = 1;
 constexpr size_t INFLATE_STEP = 1 << 16;
 constexpr unsigned int LARGEST_FILE = 64 << 20;
 constexpr unsigned int LARGEST_PAYLOAD = 64 << 20; // of what is taken apart; no table comes near it
+// What is kept of it has these bounds, far past any table.
+constexpr unsigned int MOST_MEMBERS = 4096; // of a record
+constexpr size_t MOST_RECORDS = 200'000;
+constexpr size_t MOST_VALUES = 1'000'000; // of all records
 
 using BYTES = std::vector<unsigned char>;
 
@@ -194,11 +198,22 @@ private:
             payload.fail(4, "the record count is 0");
         if (*m_file.member_count == 0)
             payload.fail(8, "the member count is 0");
-        while (m_file.records.size() < *m_file.record_count)
+        if (*m_file.member_count > MOST_MEMBERS)
+            payload.fail(8, "the member count is " + std::to_string(*m_file.member_count) + "; more than " +
+                                std::to_string(MOST_MEMBERS) + " are not taken apart");
+        const size_t most = std::min(MOST_RECORDS, MOST_VALUES / *m_file.member_count);
+        while (m_file.records.size() < *m_file.record_count) {
+            if (m_file.records.size() == most)
+                payload.fail(payload.offset(), "more than " + std::to_string(most) + " records of " +
+                                                   tool_count_text(*m_file.member_count, "member") +
+                                                   " are not taken apart");
             m_file.records.push_back(read_record(payload));
+        }
         payload.take_marker("END2");
         if (is_device())
             read_tables(payload);
+        else
+            m_file.trailing_size = payload.left();
     }
 
     TOOL_DB_RECORD read_record(CURSOR& payload) {
@@ -264,8 +279,17 @@ private:
                                         std::to_string(expected_count));
         TOOL_DB_TABLE table{name, {}};
         for (unsigned int i = 0; i < expected_count; ++i)
-            table.positions.push_back(payload.take_number(4, what));
+            table.positions.push_back(read_position(payload, what, i));
         m_file.tables.push_back(std::move(table));
+    }
+
+    unsigned int read_position(CURSOR& payload, const std::string& what, unsigned int entry) {
+        const size_t begin = payload.offset();
+        const unsigned int position = payload.take_number(4, what);
+        if (position >= *m_file.record_count && position != INVALID_DWORD)
+            payload.fail(begin, what + ": entry " + std::to_string(entry) + " names record " +
+                                    std::to_string(position) + ", there are " + std::to_string(*m_file.record_count));
+        return position;
     }
 
     TOOL_DB_FILE m_file;

@@ -46,6 +46,7 @@ struct TOOL_DB_FILE {
     std::optional<unsigned int> member_count;
     std::vector<TOOL_DB_RECORD> records; // whole ones
     std::vector<TOOL_DB_TABLE> tables;
+    unsigned long long trailing_size = 0; // bytes behind the last record of a flash payload, which loads do not read
     std::optional<TOOL_DB_FAULT> fault;
 };
 

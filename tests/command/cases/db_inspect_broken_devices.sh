@@ -46,3 +46,7 @@ tovren db inspect nowhere.pcf
 echo "$?"
 tovren db inspect .
 echo "$?"
+# Entry 1 of the family table: behind the last record, on it, and no record.
+attempt replace:084A0000004900000000000000=084A000000490000004F000000
+attempt replace:084A0000004900000000000000=084A000000490000004E000000
+attempt replace:084A0000004900000000000000=084A00000049000000FFFFFFFF
