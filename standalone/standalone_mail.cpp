@@ -8,6 +8,7 @@
 #include <cstring>
 #include <ctime>
 #include <fcntl.h>
+#include <sstream>
 #include <unistd.h>
 
 namespace {
@@ -43,6 +44,17 @@ std::string one_line(std::string text) {
         if (c == '\r' || c == '\n')
             c = ' ';
     return text;
+}
+
+// The whole text on one line, blank lines left out.
+std::string joined_lines(const std::string& text) {
+    std::istringstream input(text);
+    std::string result;
+    for (std::string line; std::getline(input, line);) {
+        line = line.substr(0, line.find_last_not_of(" \t\r") + 1);
+        result += (result.empty() || line.empty() ? "" : " ") + line;
+    }
+    return one_line(result);
 }
 
 // Every line of a message ends in CR LF.
@@ -88,11 +100,10 @@ bool write_new_file(const std::string& path, const std::string& text) {
 bool PGM_COMMON::send_auto_email_file(const std::vector<PGM_COMMON_INI_EMAIL_ADDR_ENUM>& recipients,
                                       const std::string& subject, const std::string& body) {
     const std::string to = address_list(recipients);
-    const std::string first_line = body.substr(0, body.find('\n'));
     const std::string outbox = cfg_get_value(OUTBOX_SETTING);
     if (outbox.empty()) {
         std::fprintf(stderr, "mail to %s: %s: %s (not sent: the setting %s names no folder)\n", to.c_str(),
-                     one_line(subject).c_str(), first_line.c_str(), OUTBOX_SETTING);
+                     one_line(subject).c_str(), joined_lines(body).c_str(), OUTBOX_SETTING);
         return false;
     }
 
@@ -105,6 +116,6 @@ bool PGM_COMMON::send_auto_email_file(const std::vector<PGM_COMMON_INI_EMAIL_ADD
         return false;
     }
     std::fprintf(stderr, "mail to %s: %s: %s (written to %s)\n", to.c_str(), one_line(subject).c_str(),
-                 first_line.c_str(), path.c_str());
+                 body.substr(0, body.find('\n')).c_str(), path.c_str());
     return true;
 }
