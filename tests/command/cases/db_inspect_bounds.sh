@@ -11,7 +11,7 @@ sys.stdout.buffer.write(b"PGMIO_FM" + b"0" * 32 + struct.pack("<I", len(payload)
 MAKE
 }
 memory=1500000 # KiB
-(ulimit -v $memory; tovren --version) > /dev/null 2>&1 || memory=unlimited # a sanitizer reserves more
+{ (ulimit -v $memory; tovren --version); } > /dev/null 2>&1 || memory=unlimited # a sanitizer reserves more
 attempt() {
     make "$@"
     (ulimit -v "$memory"; tovren db inspect made.pcf) > out

@@ -1,7 +1,7 @@
 # A device without an end is refused; so is a file one byte past the most that is read.
 export TOVREN_MODULE_PATH=.
 memory=4000000 # KiB
-(ulimit -v $memory; tovren --version) > /dev/null 2>&1 || memory=unlimited # a sanitizer reserves more
+{ (ulimit -v $memory; tovren --version); } > /dev/null 2>&1 || memory=unlimited # a sanitizer reserves more
 attempt() {
     (ulimit -v "$memory"; timeout 60 tovren "$@")
     echo "[$*] $?"
