@@ -52,7 +52,7 @@ std::unique_ptr<unsigned int[]> copy_table(const unsigned char*& from, size_t co
 
 // The least that a reader of the same file must do: the file, the payload, a copy of the tables.
 void devices_read_inflate_copy(benchmark::State& state) {
-    const std::string path = shipped_file();
+    const std::string& path = shipped_file();
     const size_t payload_size = payload_of(read_file(path)).size();
     const size_t counts[] = {DEV_FAMILY_MAX, DEV_DEVICE_MAX, DEV_PART_MAX};
     const size_t table_size = 3 * TABLE_HEAD_SIZE + sizeof(unsigned int) * (counts[0] + counts[1] + counts[2]);
@@ -76,7 +76,7 @@ void devices_read_inflate_copy(benchmark::State& state) {
 }
 
 void devices_sqlite_load(benchmark::State& state) {
-    const std::string path = shipped_sqlite();
+    const std::string& path = shipped_sqlite();
     for (auto _ : state) {
         const SQLITE_DATABASE database = sqlite_open(path);
         benchmark::DoNotOptimize(read_device_sqlite(*database));

@@ -179,6 +179,7 @@ void scans_for_full_name(benchmark::State& state, const std::string& which) {
 
 bool run_silently(std::vector<std::string> command) {
     std::vector<char*> arguments;
+    arguments.reserve(command.size() + 1);
     for (std::string& argument : command)
         arguments.push_back(argument.data());
     arguments.push_back(nullptr);

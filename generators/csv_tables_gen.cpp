@@ -138,7 +138,7 @@ void TOVREN_DEV_INFO_MANAGER::print_database(unsigned int index, std::string lab
     TOVREN_CHECK(index < TOTAL_DATABASE_DEVICE);
     TOVREN_CHECK(m_device_database != NULL);
     const TOVREN_DEVICE_INFO& record = m_device_database[index];
-    std::cout << "Dev Info Manager Debug " + std::to_string(index) + "\n\t" + label;
+    std::cout << fmt::format("Dev Info Manager Debug {}\n\t", index) + label;
     std::vector<std::string> keys = {label};
     if (label.empty())
         keys = {key_text("FAMILY : ", convert_id_enum_to_string("family", record.family)),

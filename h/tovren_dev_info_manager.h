@@ -180,7 +180,7 @@ public:
 private:
     // One enumeration of the records that searches walk, and what spares most searches the walk. A record that is read
     // anew leaves its former value in `hashes` and `largest`, which only costs a walk.
-    struct RECORD_IDS {
+    struct TOVREN_LOCAL RECORD_IDS {
         std::array<unsigned int, TOTAL_DATABASE_DEVICE> ids = {};
         unsigned long long hashes = 1; // bit `id % 64` of every id; 0 is one until all records are read
         unsigned int largest = 0;

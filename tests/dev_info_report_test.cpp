@@ -54,6 +54,7 @@ TEST(DevInfoTables, OnlyTheGenericDeviceAndPartHaveNames) {
 
 TEST(DevInfoTables, EnumerationsHaveTheirFourteenNames) {
     std::vector<std::string> names;
+    names.reserve(TOVREN_DEV_INFO_MANAGER::m_supported_enum_list.size());
     for (const TOVREN_NAME_VALUE& entry : TOVREN_DEV_INFO_MANAGER::m_supported_enum_list)
         names.push_back(entry.name + "=" + std::to_string(entry.value));
     std::sort(names.begin(), names.end());

@@ -191,7 +191,7 @@ TEST_F(FlashDefinition, DecodesUpToTwentyTimesTheCompressedSize) {
 }
 
 TEST_F(FlashDefinition, DecodesUpToTheFirstZeroByte) {
-    const std::string list("@ABCDEFGHIJ@\0@KLMNOPQRST@", 26);
+    const std::string list("@ABCDEFGHIJ@\0@KLMNOPQRST@", 25);
     EXPECT_EQ((OUTCOME{"@ABCDEFGHIJ@", ""}), decoded(model_encoded(list)));
     EXPECT_EQ((OUTCOME{"", ""}), decoded(model_encoded(std::string("\0@ABCDEFGHIJKL@", 15))));
 }

@@ -299,9 +299,9 @@ void print_ini_check(const TOVREN_FLASH_INI_ENTRY& entry, const TOVREN_FLASH_INI
     if (check.refusal == TOVREN_FLASH_INI_MALFORMED)
         return;
     for (size_t i = 0; i < check.fields.size(); ++i)
-        std::cout << "Status " + std::to_string(i) + " : 1\n";
+        std::cout << fmt::format("Status {} : 1\n", i);
     if (check.refusal == TOVREN_FLASH_INI_MISSING_FIELD)
-        std::cout << "Status " + std::to_string(check.fields.size()) + " : 0\n";
+        std::cout << fmt::format("Status {} : 0\n", check.fields.size());
     if (check.refusal == TOVREN_FLASH_INI_INVALID_RECORD)
         std::cout << "Fail to check the validity of the INI\n";
     if (check.refusal == TOVREN_FLASH_INI_WRONG_TAG)
