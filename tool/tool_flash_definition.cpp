@@ -6,7 +6,6 @@
 #include "host_text.h"
 #include "tool_command_line.h"
 #include "tool_error.h"
-#include "tool_file.h"
 #include "tool_flash_record.h"
 #include "tool_output.h"
 #include "tool_table.h"
