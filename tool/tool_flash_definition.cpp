@@ -1,11 +1,11 @@
 // `tovren flash definition`: the stored text of flash definitions, taken apart.
 #include "tool_flash_definition.h"
-#include "tool_file.h"
 
 #include "host_cfg.h"
 #include "host_text.h"
 #include "tool_command_line.h"
 #include "tool_error.h"
+#include "tool_file.h"
 #include "tool_flash_record.h"
 #include "tool_output.h"
 #include "tool_table.h"
