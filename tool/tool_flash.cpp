@@ -7,13 +7,13 @@
 #include "tool_flash_database.h"
 #include "tool_flash_definition.h"
 #include "tool_flash_identify.h"
+#include "tool_flash_name.h"
 #include "tool_flash_record.h"
 #include "tool_groups.h"
 #include "tool_output.h"
 #include "tool_table.h"
 #include "tool_text.h"
 
-#include <algorithm>
 #include <memory>
 #include <nlohmann/json.hpp>
 
@@ -77,34 +77,7 @@ struct LIST_OPTIONS {
     bool is_all = false;
 };
 
-struct LISTED {
-    const TOVREN_SFL_FLASH_INFO* flash;
-    unsigned int index;   // INVALID_DWORD for a hidden one
-    std::string shown_by; // the setting that would show a hidden one
-};
-
-std::vector<LISTED> list_loaded(const TOVREN_FLASH_MANAGER& manager) {
-    std::vector<LISTED> listed;
-    for (const TOVREN_SFL_FLASH_INFO* flash : tool_loaded_flashes(manager))
-        listed.push_back({flash, static_cast<unsigned int>(listed.size()), ""});
-    return listed;
-}
-
-// Loaded records stand in file order, behind the external ones.
-std::vector<LISTED> list_all(const TOVREN_FLASH_MANAGER& manager, const std::vector<TOVREN_SFL_FLASH_INFO>& records) {
-    const auto hidden = std::count_if(records.begin(), records.end(), [](const TOVREN_SFL_FLASH_INFO& record) {
-        return !tool_switch_that_shows(record).empty();
-    });
-    const size_t shown = records.size() - static_cast<size_t>(hidden);
-    std::vector<LISTED> listed = list_loaded(manager);
-    listed.resize(listed.size() - std::min(shown, listed.size()));
-    auto index = static_cast<unsigned int>(listed.size());
-    for (const TOVREN_SFL_FLASH_INFO& record : records) {
-        const std::string shown_by = tool_switch_that_shows(record);
-        listed.push_back({&record, shown_by.empty() ? index++ : INVALID_DWORD, shown_by});
-    }
-    return listed;
-}
+using LISTED = TOOL_LISTED_FLASH;
 
 void write_list_json(const std::vector<LISTED>& listed, bool is_all, const TOOL_OUTPUT& output) {
     TOOL_JSON_LINES lines(output);
@@ -156,7 +129,8 @@ void write_list_table(const std::vector<LISTED>& listed, bool is_all, const TOOL
 int list(const LIST_OPTIONS& options, const TOOL_OUTPUT& output) {
     const auto manager = tool_load_flashes(1);
     const auto records = options.is_all ? tool_all_flashes() : std::vector<TOVREN_SFL_FLASH_INFO>();
-    const std::vector<LISTED> listed = options.is_all ? list_all(*manager, records) : list_loaded(*manager);
+    const std::vector<LISTED> listed =
+        options.is_all ? tool_listed_flashes(*manager, records) : tool_listed_flashes(*manager);
     if (output.is_json())
         write_list_json(listed, options.is_all, output);
     else
@@ -206,32 +180,8 @@ int show_index(const std::string& text, const TOVREN_FLASH_MANAGER& manager, con
                                 : "All flashes are hidden; `tovren flash list --all` tells what shows them."});
 }
 
-// A name that has records but no default that is loaded.
-std::vector<std::string> why_without_default(const std::string& name, const TOVREN_FLASH_MANAGER& manager) {
-    std::vector<std::string> details;
-    for (const LISTED& entry : list_loaded(manager))
-        if (tool_equal_ignoring_case(entry.flash->device_name, name))
-            details.push_back("It has no default; --index " + std::to_string(entry.index) + " shows a record of it.");
-    if (!details.empty())
-        return details;
-    for (const TOVREN_SFL_FLASH_INFO& record : tool_all_flashes()) {
-        const std::string shown_by = tool_switch_that_shows(record);
-        if (!shown_by.empty() && tool_equal_ignoring_case(record.device_name, name))
-            return {"It is hidden: show it with --set " + tool_printable(shown_by) + "=on."};
-    }
-    return details;
-}
-
 int unknown_name(const std::string& name, const TOVREN_FLASH_MANAGER& manager, const TOOL_OUTPUT& output) {
-    std::vector<std::string> details = why_without_default(name, manager);
-    if (details.empty()) {
-        std::vector<std::string> names;
-        for (const TOVREN_SFL_FLASH_INFO* flash : tool_loaded_flashes(manager))
-            names.push_back(flash->device_name);
-        const std::string guess = tool_did_you_mean(tool_nearest_names(name, names));
-        details.push_back(guess.empty() ? "`tovren flash list` lists the known ones." : guess);
-    }
-    return not_found(output, "there is no flash " + tool_quoted(name), details);
+    return not_found(output, "there is no flash " + tool_quoted(name), tool_unknown_flash_details(name, manager));
 }
 
 int show_name(const std::string& name, TOVREN_FLASH_MANAGER& manager, const TOOL_OUTPUT& output) {

@@ -123,3 +123,28 @@ std::vector<const TOVREN_SFL_FLASH_INFO*> tool_loaded_flashes(const TOVREN_FLASH
         records.push_back(manager.get_flash(i));
     return records;
 }
+
+std::vector<TOOL_LISTED_FLASH> tool_listed_flashes(const TOVREN_FLASH_MANAGER& manager) {
+    std::vector<TOOL_LISTED_FLASH> listed;
+    for (const TOVREN_SFL_FLASH_INFO* flash : tool_loaded_flashes(manager))
+        listed.push_back({flash, static_cast<unsigned int>(listed.size()), "", INVALID_DWORD});
+    return listed;
+}
+
+// Loaded records stand in file order, behind the external ones.
+std::vector<TOOL_LISTED_FLASH> tool_listed_flashes(const TOVREN_FLASH_MANAGER& manager,
+                                                   const std::vector<TOVREN_SFL_FLASH_INFO>& records) {
+    const auto hidden = std::count_if(records.begin(), records.end(), [](const TOVREN_SFL_FLASH_INFO& record) {
+        return !tool_switch_that_shows(record).empty();
+    });
+    const size_t shown = records.size() - static_cast<size_t>(hidden);
+    std::vector<TOOL_LISTED_FLASH> listed = tool_listed_flashes(manager);
+    listed.resize(listed.size() - std::min(shown, listed.size()));
+    auto index = static_cast<unsigned int>(listed.size());
+    unsigned int place = 0;
+    for (const TOVREN_SFL_FLASH_INFO& record : records) {
+        const std::string shown_by = tool_switch_that_shows(record);
+        listed.push_back({&record, shown_by.empty() ? index++ : INVALID_DWORD, shown_by, place++});
+    }
+    return listed;
+}
