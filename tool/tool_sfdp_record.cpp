@@ -52,7 +52,7 @@ std::string erase_sizes_text(const SFDP_TABLE& table) {
 }
 
 void COMPARISON::compare_flags() {
-    if (sfdp_has_four_byte_instructions(m_table))
+    if (tool_sfdp_has_four_byte_instructions(m_table))
         add_where(!m_record.extended_mode, "extended_mode", flag_text(m_record.extended_mode), flag_text(true));
     if (m_table.flag_status_register)
         add_where(m_record.flag_status != *m_table.flag_status_register, "flag_status", flag_text(m_record.flag_status),
@@ -62,9 +62,9 @@ void COMPARISON::compare_flags() {
 void COMPARISON::compare_geometry() {
     add_where(m_record.device_bit_size != m_table.density_bits, "device_bit_size",
               tool_bits_text(m_record.device_bit_size), tool_bits_text(m_table.density_bits));
-    add_where(!sfdp_erase_type_of(m_table, m_record.device_sector_byte), "device_sector_byte",
+    add_where(!tool_sfdp_erase_type_of(m_table, m_record.device_sector_byte), "device_sector_byte",
               tool_bytes_text(m_record.device_sector_byte), erase_sizes_text(m_table));
-    const bool is_needed = sfdp_needs_four_bytes(m_table);
+    const bool is_needed = tool_sfdp_needs_four_bytes(m_table);
     add_where(m_record.byte4_addressing != is_needed, "byte4_addressing", flag_text(m_record.byte4_addressing),
               flag_text(is_needed));
 }
@@ -72,12 +72,12 @@ void COMPARISON::compare_geometry() {
 void COMPARISON::compare_seconds(const char* member, DWORD seconds, std::optional<std::uint64_t> milliseconds) {
     if (milliseconds)
         add_where(seconds != (*milliseconds + 999) / 1000, member, tool_seconds_text(seconds),
-                  sfdp_milliseconds_text(*milliseconds));
+                  tool_sfdp_milliseconds_text(*milliseconds));
 }
 
 void COMPARISON::compare_times() {
-    compare_seconds("bulk_erase_time", m_record.bulk_erase_time, sfdp_longest_chip_erase_ms(m_table));
-    if (const SFDP_ERASE_TYPE* type = sfdp_erase_type_of(m_table, m_record.device_sector_byte))
+    compare_seconds("bulk_erase_time", m_record.bulk_erase_time, tool_sfdp_longest_chip_erase_ms(m_table));
+    if (const SFDP_ERASE_TYPE* type = tool_sfdp_erase_type_of(m_table, m_record.device_sector_byte))
         compare_seconds("sec_erase_time", m_record.sec_erase_time, type->max_ms);
     if (m_table.page_program_max_us)
         add_where(m_record.program_utime != *m_table.page_program_max_us, "program_utime",
@@ -99,7 +99,7 @@ std::vector<SFDP_DIFFERENCE> sfdp_differences(const TOVREN_SFL_FLASH_INFO& recor
     return COMPARISON(record, table).differences();
 }
 
-const SFDP_ERASE_TYPE* sfdp_erase_type_of(const SFDP_TABLE& table, std::uint64_t size) {
+const SFDP_ERASE_TYPE* tool_sfdp_erase_type_of(const SFDP_TABLE& table, std::uint64_t size) {
     const SFDP_ERASE_TYPE* found = nullptr;
     for (const SFDP_ERASE_TYPE& type : table.erase_types)
         if (type.size == size && (!found || type.max_ms > found->max_ms))
@@ -107,16 +107,16 @@ const SFDP_ERASE_TYPE* sfdp_erase_type_of(const SFDP_TABLE& table, std::uint64_t
     return found;
 }
 
-std::optional<std::uint64_t> sfdp_longest_chip_erase_ms(const SFDP_TABLE& table) {
+std::optional<std::uint64_t> tool_sfdp_longest_chip_erase_ms(const SFDP_TABLE& table) {
     return std::max(table.chip_erase_max_ms, table.chip_erase_max_ms_if_program_factor);
 }
 
-bool sfdp_has_sector_map(const SFDP_TABLE& table) {
+bool tool_sfdp_has_sector_map(const SFDP_TABLE& table) {
     return std::any_of(table.tables.begin(), table.tables.end(),
                        [](const SFDP_TABLE_HEADER& header) { return header.id == SECTOR_MAP_ID; });
 }
 
-bool sfdp_has_four_byte_instructions(const SFDP_TABLE& table) {
+bool tool_sfdp_has_four_byte_instructions(const SFDP_TABLE& table) {
     if (!table.four_byte_table || table.four_byte_table->erase.empty())
         return false;
     const auto& supported = table.four_byte_table->supported;
@@ -127,11 +127,11 @@ bool sfdp_has_four_byte_instructions(const SFDP_TABLE& table) {
     return has(PROGRAM_OPCODE) && std::any_of(std::begin(READ_OPCODES), std::end(READ_OPCODES), has);
 }
 
-bool sfdp_needs_four_bytes(const SFDP_TABLE& table) {
+bool tool_sfdp_needs_four_bytes(const SFDP_TABLE& table) {
     return table.address_mode == SFDP_ADDRESS_MODE::FOUR || table.density_bits > MOST_BITS_OF_3_ADDRESS_BYTES;
 }
 
-std::string sfdp_milliseconds_text(std::uint64_t milliseconds) {
+std::string tool_sfdp_milliseconds_text(std::uint64_t milliseconds) {
     constexpr std::uint64_t SECOND = 1000;
     if (milliseconds < SECOND)
         return std::to_string(milliseconds) + " ms";

@@ -23,20 +23,20 @@ struct SFDP_DIFFERENCE {
 std::vector<SFDP_DIFFERENCE> sfdp_differences(const TOVREN_SFL_FLASH_INFO& record, const SFDP_TABLE& table);
 
 // The slowest erase type of that many bytes; null where there is none.
-const SFDP_ERASE_TYPE* sfdp_erase_type_of(const SFDP_TABLE& table, std::uint64_t size);
+const SFDP_ERASE_TYPE* tool_sfdp_erase_type_of(const SFDP_TABLE& table, std::uint64_t size);
 
 // The larger of its two readings; none where the table is too short.
-std::optional<std::uint64_t> sfdp_longest_chip_erase_ms(const SFDP_TABLE& table);
+std::optional<std::uint64_t> tool_sfdp_longest_chip_erase_ms(const SFDP_TABLE& table);
 
 // A sector map: erase sizes depend on the address.
-bool sfdp_has_sector_map(const SFDP_TABLE& table);
+bool tool_sfdp_has_sector_map(const SFDP_TABLE& table);
 
 // Instructions of four address bytes for reading, programming and erasing.
-bool sfdp_has_four_byte_instructions(const SFDP_TABLE& table);
+bool tool_sfdp_has_four_byte_instructions(const SFDP_TABLE& table);
 
 // More than three address bytes reach all of it, or it takes no fewer than four.
-bool sfdp_needs_four_bytes(const SFDP_TABLE& table);
+bool tool_sfdp_needs_four_bytes(const SFDP_TABLE& table);
 
-std::string sfdp_milliseconds_text(std::uint64_t milliseconds); // "420 ms", "5.376 s"
+std::string tool_sfdp_milliseconds_text(std::uint64_t milliseconds); // "420 ms", "5.376 s"
 
 #endif
