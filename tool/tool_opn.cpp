@@ -2,6 +2,7 @@
 #include "host_dev.h"
 #include "host_text.h"
 #include "tool_command_line.h"
+#include "tool_enum.h"
 #include "tool_error.h"
 #include "tool_groups.h"
 #include "tool_name_explain.h"
@@ -99,8 +100,7 @@ int find_hash(const std::string& text, const TOOL_OUTPUT& output) {
 
 // ---- enum ----
 
-constexpr const char* TYPE_NAMES[PGM_ENUM_TYPE_MAX] = {"PGM_RBA_TYPE", "PGM_FLASH_BLOCK_TYPE", "PGM_ICB_TYPE",
-                                                       "PGM_BITASM_GENERIC_ENUM_TYPE"};
+constexpr auto& TYPE_NAMES = TOOL_ENUM_TYPE_NAMES;
 
 PGM_ENUM_TYPE type_of(const std::string& verb, const std::string& text) {
     for (unsigned int type = 0; type < PGM_ENUM_TYPE_MAX; ++type)

@@ -2,6 +2,7 @@
 #include "tool_run.h"
 
 #include "tool_command_line.h"
+#include "tool_complete.h"
 #include "tool_error.h"
 #include "tool_flash_database.h"
 #include "tool_output.h"
@@ -71,6 +72,8 @@ void apply_globals(const TOOL_GLOBALS& globals) {
 int run(int argc, char** argv, TOOL_ADD_GROUPS add_groups) {
     TOOL_COMMAND_LINE line(TOVREN_VERSION);
     add_groups(line);
+    if (tool_is_completion(argc, argv))
+        return tool_complete(line, argc, argv);
     const TOOL_ACTION* action = line.parse(argc, argv);
     if (!action)
         return TOOL_EXIT_DONE;

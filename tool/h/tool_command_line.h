@@ -84,6 +84,9 @@ public:
 
     const TOOL_GLOBALS& globals() const { return m_globals; }
 
+    // What is described: the groups, their verbs, the options of each.
+    const CLI::App& tree() const { return *m_app; }
+
 private:
     friend class TOOL_GROUP;
 
