@@ -81,7 +81,9 @@ struct SFDP_OCTAL {
     std::optional<bool> dtr_byte_swap;
     std::optional<bool> reset_protocol;
     std::optional<unsigned> enable_code;
-    std::vector<std::pair<const char*, unsigned>> max_speed_mhz; // mode, MHz
+    // By mode, in the order of the field. Empty where the table is too short; no figure where none is stated or the
+    // mode is not supported.
+    std::vector<std::pair<const char*, std::optional<unsigned>>> max_speed_mhz;
 };
 
 enum class SFDP_ADDRESS_MODE { THREE, THREE_OR_FOUR, FOUR };
@@ -97,7 +99,7 @@ struct SFDP_TABLE {
     bool density_is_power = false; // the power-of-two form of the field; else the linear one
     SFDP_ADDRESS_MODE address_mode = SFDP_ADDRESS_MODE::THREE;
     bool uniform_4k = false;
-    unsigned opcode_4k = 0;
+    unsigned opcode_4k = 0; // as stored; FF where there is none
     bool write_granularity_64plus = false;
     bool dtr = false;
     std::vector<SFDP_FAST_READ> fast_reads;
@@ -122,7 +124,8 @@ struct SFDP_TABLE {
     std::optional<SFDP_SUSPEND> suspend;
     std::optional<bool> legacy_status_polling;
     std::optional<bool> flag_status_register;
-    bool poll_flag_status = false; // poll 70h bit 7 for ready; else 05h bit 0 for busy
+    // Poll 70h bit 7 for ready; else 05h bit 0 for busy, which is taken too where neither way is declared.
+    bool poll_flag_status = false;
     std::optional<SFDP_DEEP_POWER_DOWN> deep_power_down;
     std::optional<unsigned> quad_enable_code;
     std::optional<bool> read_044;
