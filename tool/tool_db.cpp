@@ -1,6 +1,7 @@
 // `tovren db`: database files, whichever build wrote them.
 #include "tool_command_line.h"
 #include "tool_db_file.h"
+#include "tool_db_verbs.h"
 #include "tool_error.h"
 #include "tool_groups.h"
 #include "tool_output.h"
@@ -44,7 +45,7 @@ nlohmann::ordered_json as_json(const TOOL_DB_RECORD& record, size_t position) {
         if (member.name.empty())
             object["values"].push_back(as_json(member.value));
         else
-            object[member.name] = as_json(member.value);
+            object[std::string(member.name)] = as_json(member.value);
     }
     return object;
 }
@@ -74,8 +75,8 @@ nlohmann::ordered_json as_json(const TOOL_DB_FILE& file) {
                                         {"served", summary.served},
                                         {"records", summary.records}};
     }
-    if (file.fault)
-        object["fault"] = {{"area", file.fault->area}, {"offset", file.fault->offset}, {"reason", file.fault->reason}};
+    for (const TOOL_DB_FAULT& fault : file.faults)
+        object["fault"] = {{"area", fault.area}, {"offset", fault.offset}, {"reason", fault.reason}};
     return object;
 }
 
@@ -94,8 +95,8 @@ std::string record_text(const TOOL_DB_RECORD& record, size_t position) {
     std::string text = "record " + std::to_string(position) + ":\n";
     std::string line;
     for (const TOOL_DB_MEMBER& member : record) {
-        const std::string item = (member.name.empty() ? "" : member.name + ' ') + value_text(member.value) +
-                                 (&member == &record.back() ? "" : ",");
+        const std::string item = (member.name.empty() ? "" : std::string(member.name) + ' ') +
+                                 value_text(member.value) + (&member == &record.back() ? "" : ",");
         if (!line.empty() && line.size() + 1 + item.size() > LINE_WIDTH) {
             text += line + '\n';
             line.clear();
@@ -141,9 +142,8 @@ int inspect(const std::string& path, const TOOL_OUTPUT& output) {
     if (file.trailing_size != 0)
         tool_note("note: " + tool_printable(path) + ": " + tool_count_text(file.trailing_size, "byte") +
                   " behind the last record; a load does not read them");
-    if (file.fault)
-        throw TOOL_ERROR(TOOL_EXIT_REFUSED, tool_printable(path) + ": " + file.fault->area + " offset " +
-                                                std::to_string(file.fault->offset) + ": " + file.fault->reason);
+    if (!file.faults.empty())
+        throw TOOL_ERROR(TOOL_EXIT_REFUSED, tool_db_fault_text(path, file.faults.front()));
     return TOOL_EXIT_DONE;
 }
 
@@ -156,4 +156,5 @@ void tool_add_db_group(TOOL_COMMAND_LINE& line) {
         .add_verb("inspect", "Take a database file apart, up to its first fault",
                   [file](const TOOL_OUTPUT& output) { return inspect(*file, output); })
         .argument("FILE", *file, "The database");
+    tool_add_db_dump(group);
 }

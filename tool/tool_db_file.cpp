@@ -28,9 +28,35 @@ constexpr unsigned int MOST_MEMBERS = 4096; // of a record
 constexpr size_t MOST_RECORDS = 200'000;
 constexpr size_t MOST_VALUES = 1'000'000; // of all records
 
+constexpr size_t MOST_FAULTS = 1000;
+
 using BYTES = std::vector<unsigned char>;
 
-// Steps through bytes; what is missing or wrong is thrown as the fault.
+// A member of a record, as far as a fault needs to name it.
+struct PLACE {
+    size_t record;
+    unsigned int member;
+    std::string_view name; // empty for an unknown one
+
+    std::string text() const {
+        return "record " + std::to_string(record) + ", " +
+               (name.empty() ? "member " + std::to_string(member) : std::string(name));
+    }
+};
+
+std::string text_of(const char* text) {
+    return text;
+}
+
+std::string text_of(const std::string& text) {
+    return text;
+}
+
+std::string text_of(const PLACE& place) {
+    return place.text();
+}
+
+// Steps through bytes; what is missing or wrong is thrown as the fault. What is taken is a text or a place.
 class CURSOR {
 public:
     CURSOR(const char* area, std::span<const unsigned char> bytes) : m_area(area), m_bytes(bytes) {}
@@ -38,20 +64,21 @@ public:
     size_t offset() const { return m_offset; }
     size_t left() const { return m_bytes.size() - m_offset; }
 
-    [[noreturn]] void fail(size_t offset, const std::string& reason) const {
-        throw TOOL_DB_FAULT{m_area, offset, reason};
-    }
+    TOOL_DB_FAULT fault(size_t offset, const std::string& reason) const { return {m_area, offset, reason}; }
+    [[noreturn]] void fail(size_t offset, const std::string& reason) const { throw fault(offset, reason); }
 
-    std::span<const unsigned char> take(size_t count, const std::string& what) {
+    template <typename WHAT>
+    std::span<const unsigned char> take(size_t count, const WHAT& what) {
         if (left() < count)
-            fail(m_offset, what + " is cut: " + tool_count_text(count, "byte") + " expected, " +
+            fail(m_offset, text_of(what) + " is cut: " + tool_count_text(count, "byte") + " expected, " +
                                std::to_string(left()) + " left");
         const auto taken = m_bytes.subspan(m_offset, count);
         m_offset += count;
         return taken;
     }
 
-    unsigned int take_number(size_t count, const std::string& what) {
+    template <typename WHAT>
+    unsigned int take_number(size_t count, const WHAT& what) {
         unsigned int value = 0;
         size_t place = 0;
         for (const unsigned char byte : take(count, what))
@@ -59,15 +86,34 @@ public:
         return value;
     }
 
-    std::string take_text(size_t count, const std::string& what) {
+    template <typename WHAT>
+    std::string take_text(size_t count, const WHAT& what) {
         const auto bytes = take(count, what);
         return {bytes.begin(), bytes.end()};
     }
 
-    void take_marker(const std::string& marker) {
+    // The fault of another text than the marker, which is taken all the same.
+    std::optional<TOOL_DB_FAULT> take_marker(const std::string& marker) {
         const size_t begin = m_offset;
-        if (const std::string found = take_text(marker.size(), "the marker " + marker); found != marker)
-            fail(begin, tool_quoted(found) + " where " + marker + " is expected");
+        const auto found = take(marker.size(), "the marker " + marker);
+        if (std::equal(found.begin(), found.end(), marker.begin()))
+            return std::nullopt;
+        return fault(begin, tool_quoted(std::string(found.begin(), found.end())) + " where " + marker + " is expected");
+    }
+
+    // The byte that would be taken next; none at the end.
+    std::optional<unsigned int> next() const {
+        return left() == 0 ? std::nullopt : std::optional<unsigned int>(m_bytes[m_offset]);
+    }
+
+    // To behind the next such text at or after `offset`; false where there is none.
+    bool skip_past(std::string_view text, size_t offset) {
+        const auto rest = m_bytes.subspan(offset);
+        const auto place = std::search(rest.begin(), rest.end(), text.begin(), text.end());
+        if (place == rest.end())
+            return false;
+        m_offset = offset + static_cast<size_t>(place - rest.begin()) + text.size();
+        return true;
     }
 
 private:
@@ -80,12 +126,6 @@ std::string hex_text(std::span<const unsigned char> bytes) {
     return tool_hex_text(bytes.data(), bytes.size());
 }
 
-const char* type_word(unsigned int type) {
-    static constexpr const char* WORDS[] = {"DEVID_ENUM", "DEVID_STR", "STL_STRING", "bool",
-                                            "BYTE",       "WORD",      "DWORD",      "ENUM"};
-    return type < std::size(WORDS) ? WORDS[type] : "none";
-}
-
 bool is_number_tag(unsigned int tag) {
     return tag == TOVREN_MANAGER_DEVID_ENUM || tag == TOVREN_MANAGER_DWORD || tag == TOVREN_MANAGER_ENUM;
 }
@@ -96,17 +136,31 @@ bool is_text_tag(unsigned int tag) {
 
 class DB_READER {
 public:
+    explicit DB_READER(bool reads_on) : m_reads_on(reads_on) {}
+
     TOOL_DB_FILE read(const std::string& path) {
         try {
             read_file(path);
         } catch (TOOL_DB_FAULT& fault) {
-            m_file.fault = std::move(fault);
+            m_file.faults.push_back(std::move(fault));
         }
         return std::move(m_file);
     }
 
 private:
     bool is_device() const { return m_file.kind == "device"; }
+
+    // A fault behind which reading can go on.
+    void note(TOOL_DB_FAULT fault) {
+        if (!m_reads_on || m_file.faults.size() + 1 >= MOST_FAULTS)
+            throw fault;
+        m_file.faults.push_back(std::move(fault));
+    }
+
+    void note(const std::optional<TOOL_DB_FAULT>& fault) {
+        if (fault)
+            note(TOOL_DB_FAULT(*fault));
+    }
 
     void read_file(const std::string& path) {
         if (const std::string fault = tool_reading_fault(path); !fault.empty())
@@ -120,7 +174,9 @@ private:
                                 "it has " + tool_count_text(status.size, "byte") +
                                     "; more than 64 MiB are not taken apart"};
         std::ifstream input(path, std::ios::binary);
-        const BYTES bytes{std::istreambuf_iterator<char>(input), {}};
+        BYTES bytes(status.size);
+        input.read(reinterpret_cast<char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+        bytes.resize(static_cast<size_t>(input.gcount()));
         m_file.file_size = bytes.size();
         CURSOR file("file", bytes);
         read_header(file);
@@ -201,55 +257,87 @@ private:
         if (*m_file.member_count > MOST_MEMBERS)
             payload.fail(8, "the member count is " + std::to_string(*m_file.member_count) + "; more than " +
                                 std::to_string(MOST_MEMBERS) + " are not taken apart");
-        const size_t most = std::min(MOST_RECORDS, MOST_VALUES / *m_file.member_count);
-        while (m_file.records.size() < *m_file.record_count) {
-            if (m_file.records.size() == most)
-                payload.fail(payload.offset(), "more than " + std::to_string(most) + " records of " +
-                                                   tool_count_text(*m_file.member_count, "member") +
-                                                   " are not taken apart");
-            m_file.records.push_back(read_record(payload));
-        }
-        payload.take_marker("END2");
+        m_names = m_file.has_known_members() ? &tool_db_member_names(m_file.kind) : nullptr;
+        m_types = m_names ? &tool_db_member_types(m_file.kind) : nullptr;
+        read_records(payload);
+        note(payload.take_marker("END2"));
         if (is_device())
             read_tables(payload);
         else
             m_file.trailing_size = payload.left();
     }
 
-    TOOL_DB_RECORD read_record(CURSOR& payload) {
-        const auto& names = is_device() ? TOVREN_DEV_INFO_MANAGER::m_db_name_list : TOVREN_FLASH_MANAGER::m_name_list;
-        const auto& types = is_device() ? TOVREN_DEV_INFO_MANAGER::m_db_type_list : TOVREN_FLASH_MANAGER::m_type_list;
-        const bool is_known = *m_file.member_count == names.size();
-        TOOL_DB_RECORD record;
-        for (unsigned int i = 0; i < *m_file.member_count; ++i) {
-            const std::string name = is_known ? names[i] : "";
-            const std::string what = "record " + std::to_string(m_file.records.size()) + ", " +
-                                     (is_known ? name : "member " + std::to_string(i));
-            record.push_back({name, read_value(payload, what, is_known ? &types[i] : nullptr)});
+    void read_records(CURSOR& payload) {
+        const size_t most = std::min(MOST_RECORDS, MOST_VALUES / *m_file.member_count);
+        while (m_file.records.size() < *m_file.record_count) {
+            if (m_file.records.size() == most)
+                payload.fail(payload.offset(), "more than " + std::to_string(most) + " records of " +
+                                                   tool_count_text(*m_file.member_count, "member") +
+                                                   " are not taken apart");
+            m_file.records.push_back(read_record_or_pass(payload));
         }
-        payload.take_marker("END1");
+    }
+
+    // A broken record is empty, and passed over where the place of the next one can be told.
+    TOOL_DB_RECORD read_record_or_pass(CURSOR& payload) {
+        const size_t begin = payload.offset();
+        try {
+            return read_record(payload);
+        } catch (TOOL_DB_FAULT& fault) {
+            if (!m_reads_on || !payload.skip_past("END1", begin))
+                throw;
+            note(std::move(fault));
+            return {};
+        }
+    }
+
+    TOOL_DB_RECORD read_record(CURSOR& payload) {
+        TOOL_DB_RECORD record;
+        record.reserve(*m_file.member_count);
+        for (unsigned int i = 0; i < *m_file.member_count; ++i) {
+            const std::string_view name = m_names ? std::string_view((*m_names)[i]) : std::string_view();
+            record.push_back({name, read_value(payload, {m_file.records.size(), i, name})});
+        }
+        if (const auto fault = payload.take_marker("END1")) {
+            if (!is_before_record_or_end(payload))
+                throw TOOL_DB_FAULT(*fault);
+            note(fault);
+        }
         return record;
     }
 
-    // `expected`: the tag of the member, null where it is not known.
-    TOOL_DB_VALUE read_value(CURSOR& payload, const std::string& what, const TOVREN_MANAGER_TYPE* expected) {
+    // A marker that is no more than misspelt has one of them behind it.
+    bool is_before_record_or_end(const CURSOR& payload) const {
+        const auto next = payload.next();
+        return next && (next == 'E' || !m_types || is_accepted(*next, m_types->front()));
+    }
+
+    TOOL_DB_VALUE read_value(CURSOR& payload, const PLACE& place) {
         const size_t begin = payload.offset();
-        const unsigned int tag = payload.take_number(1, what);
-        if (expected && !is_accepted(tag, *expected))
-            payload.fail(begin, what + ": tag " + std::to_string(tag) + " where " + std::to_string(*expected) + " (" +
-                                    type_word(*expected) + ") is expected");
+        const unsigned int tag = payload.take_number(1, place);
+        if (m_types)
+            check_tag(payload, place, tag, (*m_types)[place.member]);
         if (is_number_tag(tag))
-            return payload.take_number(4, what);
+            return payload.take_number(4, place);
         if (is_text_tag(tag))
-            return payload.take_text(payload.take_number(1, what), what);
+            return payload.take_text(payload.take_number(1, place), place);
         if (tag == TOVREN_MANAGER_BYTE || tag == TOVREN_MANAGER_WORD)
-            return payload.take_number(tag == TOVREN_MANAGER_BYTE ? 1 : 2, what);
+            return payload.take_number(tag == TOVREN_MANAGER_BYTE ? 1 : 2, place);
         if (tag != TOVREN_MANAGER_BOOL)
-            payload.fail(begin, what + ": tag " + std::to_string(tag) + " begins no value");
-        const unsigned int flag = payload.take_number(1, what);
+            payload.fail(begin, place.text() + ": tag " + std::to_string(tag) + " begins no value");
+        const unsigned int flag = payload.take_number(1, place);
         if (flag > 1)
-            payload.fail(begin + 1, what + ": a flag of " + std::to_string(flag) + ", expected 0 or 1");
+            note(payload.fault(begin + 1, place.text() + ": a flag of " + std::to_string(flag) + ", expected 0 or 1"));
         return flag == 1;
+    }
+
+    void check_tag(const CURSOR& payload, const PLACE& place, unsigned int tag, TOVREN_MANAGER_TYPE expected) {
+        if (!is_accepted(tag, expected))
+            payload.fail(payload.offset() - 1, place.text() + ": tag " + std::to_string(tag) + " where " +
+                                                   std::to_string(expected) + " (" + tool_db_type_word(expected) +
+                                                   ") is expected");
+        const unsigned int written = expected == TOVREN_MANAGER_DEVID_ENUM ? TOVREN_MANAGER_ENUM : expected;
+        m_file.has_other_tags = m_file.has_other_tags || tag != written;
     }
 
     // As the readers of the library accept tags.
@@ -287,16 +375,42 @@ private:
         const size_t begin = payload.offset();
         const unsigned int position = payload.take_number(4, what);
         if (position >= *m_file.record_count && position != INVALID_DWORD)
-            payload.fail(begin, what + ": entry " + std::to_string(entry) + " names record " +
-                                    std::to_string(position) + ", there are " + std::to_string(*m_file.record_count));
+            note(payload.fault(begin, what + ": entry " + std::to_string(entry) + " names record " +
+                                          std::to_string(position) + ", there are " +
+                                          std::to_string(*m_file.record_count)));
         return position;
     }
 
+    bool m_reads_on;
     TOOL_DB_FILE m_file;
+    const std::vector<std::string>* m_names = nullptr; // null where the members are not known
+    const std::vector<TOVREN_MANAGER_TYPE>* m_types = nullptr;
 };
 
 } // namespace
 
-TOOL_DB_FILE tool_read_db_file(const std::string& path) {
-    return DB_READER().read(path);
+bool TOOL_DB_FILE::has_known_members() const {
+    return member_count && *member_count == tool_db_member_names(kind).size();
+}
+
+const std::vector<std::string>& tool_db_member_names(const std::string& kind) {
+    return kind == "device" ? TOVREN_DEV_INFO_MANAGER::m_db_name_list : TOVREN_FLASH_MANAGER::m_name_list;
+}
+
+const std::vector<TOVREN_MANAGER_TYPE>& tool_db_member_types(const std::string& kind) {
+    return kind == "device" ? TOVREN_DEV_INFO_MANAGER::m_db_type_list : TOVREN_FLASH_MANAGER::m_type_list;
+}
+
+const char* tool_db_type_word(unsigned int type) {
+    static constexpr const char* WORDS[] = {"DEVID_ENUM", "DEVID_STR", "STL_STRING", "bool",
+                                            "BYTE",       "WORD",      "DWORD",      "ENUM"};
+    return type < std::size(WORDS) ? WORDS[type] : "none";
+}
+
+TOOL_DB_FILE tool_read_db_file(const std::string& path, bool reads_on) {
+    return DB_READER(reads_on).read(path);
+}
+
+std::string tool_db_fault_text(const std::string& path, const TOOL_DB_FAULT& fault) {
+    return tool_printable(path) + ": " + fault.area + " offset " + std::to_string(fault.offset) + ": " + fault.reason;
 }

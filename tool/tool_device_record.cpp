@@ -143,6 +143,19 @@ TOOL_RECORD_KEY tool_record_key(const TOVREN_DEVICE_INFO& record) {
     return {"part", dstr_get_user_string(record.part)};
 }
 
+// In an ENUM column the generator takes the names of other enumerations too.
+std::optional<std::string> tool_enum_cell(const std::string& member, unsigned int number) {
+    const auto* names = member == "family"   ? &TOVREN_DEV_INFO_MANAGER::m_supported_family_list
+                        : member == "device" ? &TOVREN_DEV_INFO_MANAGER::m_supported_device_list
+                        : member == "part"   ? &TOVREN_DEV_INFO_MANAGER::m_supported_part_list
+                                             : &TOVREN_DEV_INFO_MANAGER::m_supported_enum_list;
+    if (const std::string own = enum_name(member.c_str(), number); !own.empty())
+        return own;
+    const auto place = std::find_if(names->begin(), names->end(),
+                                    [number](const TOVREN_NAME_VALUE& entry) { return entry.value == number; });
+    return place == names->end() ? std::nullopt : std::optional(place->name);
+}
+
 void tool_put_device_members(nlohmann::ordered_json& object, const TOVREN_DEVICE_INFO& record) {
     tovren_visit_members(record, [&object](const char* name, const auto& value) {
         const auto enumeration = as_enumeration(name, value);

@@ -39,6 +39,10 @@ struct TOOL_RECORD_KEY {
 };
 TOOL_RECORD_KEY tool_record_key(const TOVREN_DEVICE_INFO& record);
 
+// The cell of a description that stands for the number of an enumeration: an empty one for no family, device or part.
+// None where no name has that number.
+std::optional<std::string> tool_enum_cell(const std::string& member, unsigned int number);
+
 // Adds the 86 members, by name and in record order; an enumeration is {"number", "name"}, its name null where it has
 // none.
 void tool_put_device_members(nlohmann::ordered_json& object, const TOVREN_DEVICE_INFO& record);

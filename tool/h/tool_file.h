@@ -7,6 +7,7 @@
 #include <istream>
 #include <new>
 #include <string>
+#include <string_view>
 #include <vector>
 
 // Why a file is refused, for people.
@@ -27,6 +28,10 @@ std::string tool_read_all(std::istream& input, const std::string& name, size_t m
 
 // Both are the same regular file.
 bool tool_is_same_file(const std::string& left, const std::string& right);
+
+// Writes a result. A regular file is whole at every moment, the old one or the new one; what is none (a pipe, a
+// terminal) is written to directly. Ends the command where it cannot be written.
+void tool_write_file(const std::string& file, std::string_view text);
 
 // Ends the command for a pipe and the like: the generators read their description more than once.
 void tool_need_regular_file(const std::string& file);
