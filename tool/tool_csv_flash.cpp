@@ -1,12 +1,12 @@
 // Faults of a flash description: of its cells, and between its rows.
+#include "tool_csv_flash.h"
+
 #include "host_pgm_common.h"
-#include "tool_csv_table.h"
 #include "tool_text.h"
 #include "tovren_flash_manager.h"
 
 #include <algorithm>
 #include <map>
-#include <optional>
 
 namespace {
 
@@ -38,14 +38,34 @@ size_t column_of(const char* member) {
     return static_cast<size_t>(std::find(names.begin(), names.end(), member) - names.begin());
 }
 
-const std::string& cell_of(const TOOL_CSV_ROW& row, const char* member) {
+} // namespace
+
+const std::string& tool_flash_cell(const TOOL_CSV_ROW& row, const char* member) {
     return row.cells[column_of(member)];
 }
 
-TOOL_CSV_FAULT fault_at(const TOOL_CSV_ROW& row, const char* member, const std::string& fault, SEVERITY severity) {
+std::optional<unsigned int> tool_flash_number(const TOOL_CSV_ROW& row, const char* member) {
+    const unsigned int largest =
+        TOVREN_FLASH_MANAGER::m_type_list[column_of(member)] == TOVREN_MANAGER_BYTE ? 0xFF : INVALID_DWORD;
+    bool is_number = false;
+    bool is_too_large = false;
+    const std::string& cell = tool_flash_cell(row, member);
+    const unsigned int value = PGM_COMMON::convert_string_to_dword(cell, false, &is_number, &is_too_large, true);
+    return !cell.empty() && is_number && !is_too_large && value <= largest ? std::optional(value) : std::nullopt;
+}
+
+std::optional<bool> tool_flash_flag(const TOOL_CSV_ROW& row, const char* member) {
+    const std::string& cell = tool_flash_cell(row, member);
+    return cell == "TRUE" || cell == "FALSE" ? std::optional(cell == "TRUE") : std::nullopt;
+}
+
+TOOL_CSV_FAULT tool_flash_fault_at(const TOOL_CSV_ROW& row, const char* member, const std::string& fault,
+                                   SEVERITY severity) {
     const size_t column = column_of(member);
     return {row.line, static_cast<unsigned int>(column + 1), member, row.cells[column], fault, severity};
 }
+
+namespace {
 
 std::string folded(std::string text) {
     std::transform(text.begin(), text.end(), text.begin(),
@@ -54,11 +74,11 @@ std::string folded(std::string text) {
 }
 
 bool is_default(const TOOL_CSV_ROW& row) {
-    return cell_of(row, "default_dev") == "TRUE";
+    return tool_flash_cell(row, "default_dev") == "TRUE";
 }
 
 bool is_always_shown(const TOOL_CSV_ROW& row) {
-    return folded(cell_of(row, "ini")) == "NONE";
+    return folded(tool_flash_cell(row, "ini")) == "NONE";
 }
 
 // Of the rows of one name: those that are always shown must have one default among them; where none is always shown,
@@ -69,32 +89,33 @@ void check_defaults(const std::vector<const TOOL_CSV_ROW*>& rows, std::vector<TO
         if (!is_default(*row))
             continue;
         const bool may_meet = first && (is_always_shown(*row) || is_always_shown(*first) ||
-                                        cell_of(*row, "ini") == cell_of(*first, "ini"));
+                                        tool_flash_cell(*row, "ini") == tool_flash_cell(*first, "ini"));
         if (may_meet)
-            faults.push_back(fault_at(*row, "default_dev",
-                                      tool_quoted(cell_of(*row, "device_name")) + " has its default in line " +
-                                          std::to_string(first->line) + " already",
-                                      SEVERITY::HARMFUL));
+            faults.push_back(tool_flash_fault_at(*row, "default_dev",
+                                                 tool_quoted(tool_flash_cell(*row, "device_name")) +
+                                                     " has its default in line " + std::to_string(first->line) +
+                                                     " already",
+                                                 SEVERITY::HARMFUL));
         else if (!first || is_always_shown(*row))
             first = row;
     }
     const auto shown = std::find_if(rows.begin(), rows.end(), [](const auto* row) { return is_always_shown(*row); });
     const TOOL_CSV_ROW& row = shown == rows.end() ? *rows.front() : **shown;
-    const std::string name = tool_quoted(cell_of(row, "device_name"));
+    const std::string name = tool_quoted(tool_flash_cell(row, "device_name"));
     if (!first)
-        faults.push_back(fault_at(row, "default_dev", name + " has no default record", SEVERITY::HARMFUL));
+        faults.push_back(tool_flash_fault_at(row, "default_dev", name + " has no default record", SEVERITY::HARMFUL));
     else if (shown != rows.end() && !is_always_shown(*first))
-        faults.push_back(fault_at(row, "default_dev",
-                                  name + " has its default in line " + std::to_string(first->line) +
-                                      ", which is hidden unless PGM_ALLOW_" + tool_printable(cell_of(*first, "ini")) +
-                                      " is on",
-                                  SEVERITY::HARMFUL));
+        faults.push_back(tool_flash_fault_at(row, "default_dev",
+                                             name + " has its default in line " + std::to_string(first->line) +
+                                                 ", which is hidden unless PGM_ALLOW_" +
+                                                 tool_printable(tool_flash_cell(*first, "ini")) + " is on",
+                                             SEVERITY::HARMFUL));
 }
 
 void check_all_defaults(const std::vector<TOOL_CSV_ROW>& rows, std::vector<TOOL_CSV_FAULT>& faults) {
     std::map<std::string, std::vector<const TOOL_CSV_ROW*>> by_name;
     for (const TOOL_CSV_ROW& row : rows)
-        by_name[folded(cell_of(row, "device_name"))].push_back(&row);
+        by_name[folded(tool_flash_cell(row, "device_name"))].push_back(&row);
     for (const auto& [name, same] : by_name)
         check_defaults(same, faults);
 }
@@ -115,7 +136,7 @@ std::optional<KEY> bytes_of(const TOOL_CSV_ROW& row, std::initializer_list<const
         bool is_number = false;
         bool is_too_large = false;
         const unsigned int value =
-            PGM_COMMON::convert_string_to_dword(cell_of(row, member), true, &is_number, &is_too_large, true);
+            PGM_COMMON::convert_string_to_dword(tool_flash_cell(row, member), true, &is_number, &is_too_large, true);
         if (!is_number)
             return std::nullopt;
         bytes.push_back(value & 0xFF);
@@ -125,7 +146,7 @@ std::optional<KEY> bytes_of(const TOOL_CSV_ROW& row, std::initializer_list<const
 
 std::optional<IDENTIFICATION> identification_of(const TOOL_CSV_ROW& row) {
     constexpr unsigned int NO_PLACE = 255;
-    const bool has_silicon_id = cell_of(row, "silicon_id") == "TRUE";
+    const bool has_silicon_id = tool_flash_cell(row, "silicon_id") == "TRUE";
     auto key = has_silicon_id ? bytes_of(row, {"memory_id", "memory_id_index"})
                               : bytes_of(row, {"memory_id", "memory_id_index", "mfc_id", "mfc_id_index"});
     auto type = has_silicon_id ? KEY{0, NO_PLACE} : bytes_of(row, {"memory_type", "memory_type_index"});
@@ -139,7 +160,8 @@ std::optional<IDENTIFICATION> identification_of(const TOOL_CSV_ROW& row) {
 // Whenever `later` is loaded and matches, so does `earlier`.
 bool is_shadowing(const IDENTIFICATION& earlier, const IDENTIFICATION& later) {
     return (!earlier.type || earlier.type == later.type) &&
-           (is_always_shown(*earlier.row) || cell_of(*earlier.row, "ini") == cell_of(*later.row, "ini"));
+           (is_always_shown(*earlier.row) ||
+            tool_flash_cell(*earlier.row, "ini") == tool_flash_cell(*later.row, "ini"));
 }
 
 // A row that an earlier one answers for can be selected by name only.
@@ -155,17 +177,18 @@ void check_shadows(const std::vector<TOOL_CSV_ROW>& rows, std::vector<TOOL_CSV_F
         if (first == alike.end())
             alike.push_back(*later);
         else
-            faults.push_back(fault_at(row, "memory_id",
-                                      tool_quoted(cell_of(row, "device_name")) + " is never identified: line " +
-                                          std::to_string(first->row->line) + ", " +
-                                          tool_quoted(cell_of(*first->row, "device_name")) + ", answers alike",
-                                      SEVERITY::REMARK));
+            faults.push_back(tool_flash_fault_at(row, "memory_id",
+                                                 tool_quoted(tool_flash_cell(row, "device_name")) +
+                                                     " is never identified: line " + std::to_string(first->row->line) +
+                                                     ", " + tool_quoted(tool_flash_cell(*first->row, "device_name")) +
+                                                     ", answers alike",
+                                                 SEVERITY::REMARK));
     }
 }
 
 } // namespace
 
-std::vector<TOOL_CSV_FAULT> tool_flash_csv_faults(const std::string& file) {
+TOOL_CSV_TABLE tool_read_flash_csv(const std::string& file) {
     TOOL_CSV_TABLE table = tool_read_csv(file, layout());
     if (table.faults.empty() || table.faults.front().line != 0) {
         if (table.row_count <= layout().first_data_row)
@@ -174,5 +197,10 @@ std::vector<TOOL_CSV_FAULT> tool_flash_csv_faults(const std::string& file) {
         check_all_defaults(table.rows, table.faults);
         check_shadows(table.rows, table.faults);
     }
-    return tool_sorted_faults(std::move(table.faults));
+    table.faults = tool_sorted_faults(std::move(table.faults));
+    return table;
+}
+
+std::vector<TOOL_CSV_FAULT> tool_flash_csv_faults(const std::string& file) {
+    return tool_read_flash_csv(file).faults;
 }

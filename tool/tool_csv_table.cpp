@@ -177,7 +177,7 @@ std::vector<TOOL_CSV_FAULT> tool_sorted_faults(std::vector<TOOL_CSV_FAULT> fault
 
 std::string TOOL_CSV_FAULT::text(const std::string& file) const {
     return tool_printable(file) + ':' + (line == 0 ? "" : std::to_string(line) + ':') + ' ' +
-           (member.empty() ? "" : member + ": ") + fault;
+           (member.empty() ? "" : member + ": ") + fault + (rule.empty() ? "" : " [" + rule + ']');
 }
 
 std::vector<std::string> tool_csv_fault_lines(const std::vector<TOOL_CSV_FAULT>& faults, const std::string& file,

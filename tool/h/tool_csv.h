@@ -19,6 +19,7 @@ struct TOOL_CSV_FAULT {
     std::string found = {};  // the cell
     std::string fault = {};  // "\"64K\" is not a number"
     SEVERITY severity = SEVERITY::REFUSED;
+    std::string rule = {}; // that a waiver may name; empty for a fault that cannot be waived
 
     std::string text(const std::string& file) const; // "flash.csv:23: device_sector_byte: \"64K\" is not a number"
 };
