@@ -1,6 +1,7 @@
 // `tovren db`: database files, whichever build wrote them.
 #include "tool_command_line.h"
 #include "tool_db_file.h"
+#include "tool_db_record.h"
 #include "tool_db_verbs.h"
 #include "tool_error.h"
 #include "tool_groups.h"
@@ -35,21 +36,6 @@ nlohmann::ordered_json or_null(const std::optional<VALUE>& value) {
     return value ? nlohmann::ordered_json(*value) : nlohmann::ordered_json();
 }
 
-nlohmann::ordered_json as_json(const TOOL_DB_VALUE& value) {
-    return std::visit([](const auto& each) { return nlohmann::ordered_json(each); }, value);
-}
-
-nlohmann::ordered_json as_json(const TOOL_DB_RECORD& record, size_t position) {
-    nlohmann::ordered_json object = {{"position", position}};
-    for (const TOOL_DB_MEMBER& member : record) {
-        if (member.name.empty())
-            object["values"].push_back(as_json(member.value));
-        else
-            object[std::string(member.name)] = as_json(member.value);
-    }
-    return object;
-}
-
 nlohmann::ordered_json as_json(const TOOL_DB_FILE& file) {
     nlohmann::ordered_json object = {{"size", file.file_size},
                                      {"kind", nullptr},
@@ -68,7 +54,7 @@ nlohmann::ordered_json as_json(const TOOL_DB_FILE& file) {
     if (!file.kind.empty())
         object["kind"] = file.kind;
     for (size_t i = 0; i < file.records.size(); ++i)
-        object["records"].push_back(as_json(file.records[i], i));
+        object["records"].push_back(tool_db_json(file.records[i], i));
     for (const TOOL_DB_TABLE& table : file.tables) {
         const TABLE_SUMMARY summary = summary_of(table);
         object["tables"][table.name] = {{"entries", table.positions.size()},
@@ -157,4 +143,5 @@ void tool_add_db_group(TOOL_COMMAND_LINE& line) {
                   [file](const TOOL_OUTPUT& output) { return inspect(*file, output); })
         .argument("FILE", *file, "The database");
     tool_add_db_dump(group);
+    tool_add_db_diff(group);
 }

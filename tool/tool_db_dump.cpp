@@ -50,13 +50,8 @@ void note_differences(const std::string& name, const TOOL_DB_FILE& file) {
 
 TOOL_DB_FILE read(const std::string& path) {
     TOOL_DB_FILE file = tool_read_db_file(path);
-    if (!file.faults.empty())
-        throw TOOL_ERROR(TOOL_EXIT_REFUSED, tool_db_fault_text(path, file.faults.front()));
-    if (!file.has_known_members())
-        throw TOOL_ERROR(TOOL_EXIT_REFUSED, tool_printable(path) + ": its records have " +
-                                                tool_count_text(*file.member_count, "member") + "; this build's " +
-                                                file.kind + " descriptions have " +
-                                                std::to_string(tool_db_member_names(file.kind).size()));
+    if (const auto refusals = tool_db_refusals(path, file); !refusals.empty())
+        throw TOOL_ERROR(TOOL_EXIT_REFUSED, refusals.front());
     return file;
 }
 

@@ -414,3 +414,14 @@ TOOL_DB_FILE tool_read_db_file(const std::string& path, bool reads_on) {
 std::string tool_db_fault_text(const std::string& path, const TOOL_DB_FAULT& fault) {
     return tool_printable(path) + ": " + fault.area + " offset " + std::to_string(fault.offset) + ": " + fault.reason;
 }
+
+std::vector<std::string> tool_db_refusals(const std::string& path, const TOOL_DB_FILE& file) {
+    std::vector<std::string> refusals;
+    for (const TOOL_DB_FAULT& fault : file.faults)
+        refusals.push_back(tool_db_fault_text(path, fault));
+    if (refusals.empty() && !file.has_known_members())
+        refusals.push_back(tool_printable(path) + ": its records have " +
+                           tool_count_text(*file.member_count, "member") + "; this build's " + file.kind +
+                           " records have " + std::to_string(tool_db_member_names(file.kind).size()));
+    return refusals;
+}

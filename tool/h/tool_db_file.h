@@ -68,4 +68,7 @@ const char* tool_db_type_word(unsigned int tag);
 // "NAME: payload offset 12: the reason".
 std::string tool_db_fault_text(const std::string& path, const TOOL_DB_FAULT& fault);
 
+// Why its records cannot be worked with: its faults, or members that this build does not know.
+std::vector<std::string> tool_db_refusals(const std::string& path, const TOOL_DB_FILE& file);
+
 #endif
