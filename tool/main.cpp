@@ -13,6 +13,7 @@ void add_groups(TOOL_COMMAND_LINE& line) {
     tool_add_opn_group(line);
     tool_add_enum_group(line);
     tool_add_params_group(line);
+    tool_add_sfdp_group(line);
     tool_add_hps_group(line);
 }
 

@@ -1,7 +1,7 @@
 // A decoded table of serial flash discoverable parameters as JSON.
 #include "tool_sfdp_json.h"
 
-#include "tool_text.h"
+#include "tool_sfdp_words.h"
 
 #include <nlohmann/json.hpp>
 
@@ -21,9 +21,7 @@ JSON header_json(const SFDP_TABLE_HEADER& header) {
 JSON tables_json(const SFDP_TABLE& table) {
     JSON list = JSON::array();
     for (const SFDP_TABLE_HEADER& header : table.tables) {
-        const std::array<unsigned char, 2> id = {static_cast<unsigned char>(header.id >> 8),
-                                                 static_cast<unsigned char>(header.id & 0xFF)};
-        JSON object = {{"id", tool_hex_text(id.data(), id.size())}};
+        JSON object = {{"id", tool_sfdp_id_text(header.id)}};
         object.update(header_json(header));
         list.push_back(std::move(object));
     }

@@ -13,5 +13,6 @@ void tool_add_name_group(TOOL_COMMAND_LINE& line);
 void tool_add_opn_group(TOOL_COMMAND_LINE& line);
 void tool_add_hps_group(TOOL_COMMAND_LINE& line);
 void tool_add_params_group(TOOL_COMMAND_LINE& line);
+void tool_add_sfdp_group(TOOL_COMMAND_LINE& line);
 
 #endif
