@@ -35,10 +35,14 @@ std::string program_prefix() {
     return prefix;
 }
 
-// share/tovren of the program's own prefix, so that a build tree and a moved installation find their data.
+// share/tovren of the program's own prefix, so that a build tree and a moved installation find their data; else that of
+// the installation; else that of the system's packages, which are made of an installation below another prefix.
 std::string share_folder() {
-    const std::string beside = program_prefix() + "/share/tovren";
-    return is_folder(beside) ? beside : TOVREN_INSTALLED_SHARE_DIR;
+    for (const std::string& folder : {program_prefix() + "/share/tovren", std::string(TOVREN_INSTALLED_SHARE_DIR)})
+        if (is_folder(folder))
+            return folder;
+    constexpr char OF_PACKAGES[] = "/usr/share/tovren";
+    return is_folder(OF_PACKAGES) ? OF_PACKAGES : TOVREN_INSTALLED_SHARE_DIR;
 }
 
 } // namespace

@@ -56,7 +56,8 @@ public:
     // ---- places ----
 
     // The folder that holds programmer/pgm_flash.pcf. Default: $TOVREN_DB_ROOT, else share/tovren/db beside the
-    // program's bin folder where there is one, else that of the installation. An empty text brings the default back.
+    // program's bin folder where there is one, else that of the installation, else that of the system's packages,
+    // /usr/share/tovren/db. An empty text brings the default back.
     static void set_device_db_root(const std::string& folder);
 
     // The folder that holds pgm_flash.ini. Default: $TOVREN_MODULE_PATH, else the setting TOVREN_MODULE_PATH, else the
