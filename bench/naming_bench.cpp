@@ -1,4 +1,5 @@
 // Names: the maps, the hash, the search for a full name, and the command from its start to its exit.
+#include "bench_process.h"
 #include "bench_support.h"
 #include "host_dev.h"
 #include "host_pgm_common.h"
@@ -9,14 +10,9 @@
 
 #include <algorithm>
 #include <benchmark/benchmark.h>
-#include <chrono>
 #include <cstdlib>
-#include <fcntl.h>
 #include <memory>
-#include <spawn.h>
 #include <sqlite3.h>
-#include <sys/wait.h>
-#include <unistd.h>
 #include <zlib.h>
 
 namespace {
@@ -177,31 +173,6 @@ void scans_for_full_name(benchmark::State& state, const std::string& which) {
 
 // ---- the command ----
 
-bool run_silently(std::vector<std::string> command) {
-    std::vector<char*> arguments;
-    arguments.reserve(command.size() + 1);
-    for (std::string& argument : command)
-        arguments.push_back(argument.data());
-    arguments.push_back(nullptr);
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
-    pid_t child = 0;
-    int status = posix_spawnp(&child, arguments[0], &actions, nullptr, arguments.data(), environ);
-    posix_spawn_file_actions_destroy(&actions);
-    return status == 0 && waitpid(child, &status, 0) == child && status == 0;
-}
-
-// From the start of a process to its exit.
-void process(benchmark::State& state, const std::vector<std::string>& command) {
-    for (auto _ : state) {
-        const auto start = std::chrono::steady_clock::now();
-        if (!run_silently(command))
-            state.SkipWithError("the command failed");
-        state.SetIterationTime(std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count());
-    }
-}
-
 struct CLOSE_DATABASE {
     void operator()(sqlite3* database) const { sqlite3_close(database); }
 };
@@ -225,12 +196,12 @@ std::string names_database() {
 constexpr char EXPLAINED[] = "BA50AF672I7N";
 
 void explain(benchmark::State& state) {
-    process(state, {TOVREN_COMMAND, "name", "explain", EXPLAINED});
+    bench_process(state, {TOVREN_COMMAND, "name", "explain", EXPLAINED});
 }
 
 void ask_sqlite(benchmark::State& state) {
     const std::string question = std::string("select package from names where name = '") + EXPLAINED + "'";
-    process(state, {"sqlite3", names_database(), question});
+    bench_process(state, {"sqlite3", names_database(), question});
 }
 
 BENCHMARK(first_use);

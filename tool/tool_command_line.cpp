@@ -137,20 +137,32 @@ void TOOL_COMMAND_LINE::add_globals() {
     add_text(*m_app, "--debug", m_globals.debug, "Print debug messages up to LEVEL, 0 to 3")->type_name("LEVEL");
 }
 
+void TOOL_COMMAND_LINE::expect(int argc, const char* const* argv) {
+    m_expected.emplace(argv, argv + argc);
+}
+
+bool TOOL_COMMAND_LINE::is_expected(const char* name) const {
+    return !m_expected || m_expected->contains(name);
+}
+
 TOOL_GROUP TOOL_COMMAND_LINE::add_group(const char* name, const char* help) {
-    return {*this, add_group_to(*m_app, name, help)};
+    CLI::App* group = add_group_to(*m_app, name, help);
+    return {*this, is_expected(name) ? group : nullptr};
 }
 
 TOOL_GROUP TOOL_GROUP::add_group(const char* name, const char* help) {
-    return {m_line, add_group_to(*m_app, name, help)};
+    CLI::App* group = m_app ? add_group_to(*m_app, name, help) : nullptr;
+    return {m_line, m_line.is_expected(name) ? group : nullptr};
 }
 
 TOOL_VERB TOOL_GROUP::add_verb(const char* name, const char* help, TOOL_ACTION action, TOOL_SETTINGS_USE settings_use) {
+    if (!m_app)
+        return TOOL_VERB(nullptr);
     CLI::App* verb = m_app->add_subcommand(name, help);
     verb->fallthrough();
     verb->footer(VERB_FOOTER);
     m_line.m_actions.push_back({verb, std::move(action), settings_use});
-    return TOOL_VERB(verb);
+    return TOOL_VERB(m_line.is_expected(name) ? verb : nullptr);
 }
 
 const TOOL_ACTION* TOOL_COMMAND_LINE::parse(int argc, char** argv) {
@@ -176,32 +188,38 @@ const TOOL_ACTION* TOOL_COMMAND_LINE::parse(int argc, char** argv) {
 }
 
 TOOL_VERB& TOOL_VERB::argument(const char* name, std::string& value, const char* help) {
-    m_app->add_option(name, value, help)->required()->type_name("");
+    if (m_app)
+        m_app->add_option(name, value, help)->required()->type_name("");
     return *this;
 }
 
 TOOL_VERB& TOOL_VERB::argument(const char* name, std::optional<std::string>& value, const char* help) {
-    add_text(*m_app, name, value, help)->type_name("");
+    if (m_app)
+        add_text(*m_app, name, value, help)->type_name("");
     return *this;
 }
 
 TOOL_VERB& TOOL_VERB::arguments(const char* name, std::vector<std::string>& values, const char* help) {
-    m_app->add_option(name, values, help)->required()->type_name("");
+    if (m_app)
+        m_app->add_option(name, values, help)->required()->type_name("");
     return *this;
 }
 
 TOOL_VERB& TOOL_VERB::option(const char* name, const char* placeholder, std::optional<std::string>& value,
                              const char* help) {
-    add_text(*m_app, name, value, help)->type_name(placeholder);
+    if (m_app)
+        add_text(*m_app, name, value, help)->type_name(placeholder);
     return *this;
 }
 
 TOOL_VERB& TOOL_VERB::flag(const char* name, bool& value, const char* help) {
-    m_app->add_flag(name, value, help);
+    if (m_app)
+        m_app->add_flag(name, value, help);
     return *this;
 }
 
 TOOL_VERB& TOOL_VERB::footer(const char* text) {
-    m_app->footer(std::string(text) + VERB_FOOTER);
+    if (m_app)
+        m_app->footer(std::string(text) + VERB_FOOTER);
     return *this;
 }

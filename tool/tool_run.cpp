@@ -71,8 +71,11 @@ void apply_globals(const TOOL_GLOBALS& globals) {
 
 int run(int argc, char** argv, TOOL_ADD_GROUPS add_groups) {
     TOOL_COMMAND_LINE line(TOVREN_VERSION);
+    const bool is_completion = tool_is_completion(argc, argv);
+    if (!is_completion)
+        line.expect(argc, argv);
     add_groups(line);
-    if (tool_is_completion(argc, argv))
+    if (is_completion)
         return tool_complete(line, argc, argv);
     const TOOL_ACTION* action = line.parse(argc, argv);
     if (!action)

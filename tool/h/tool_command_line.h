@@ -14,6 +14,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -42,7 +43,7 @@ enum class TOOL_SETTINGS_USE : unsigned char { READS, MAKES };
 // A verb that is being described. What is handed in by reference is filled by the parse.
 class TOOL_VERB {
 public:
-    explicit TOOL_VERB(CLI::App* app) : m_app(app) {}
+    explicit TOOL_VERB(CLI::App* app) : m_app(app) {} // none: its description is not wanted
 
     TOOL_VERB& argument(const char* name, std::string& value, const char* help); // must be given
     TOOL_VERB& argument(const char* name, std::optional<std::string>& value, const char* help);
@@ -59,7 +60,7 @@ class TOOL_COMMAND_LINE;
 
 class TOOL_GROUP {
 public:
-    TOOL_GROUP(TOOL_COMMAND_LINE& line, CLI::App* app) : m_line(line), m_app(app) {}
+    TOOL_GROUP(TOOL_COMMAND_LINE& line, CLI::App* app) : m_line(line), m_app(app) {} // none: as above
 
     TOOL_VERB add_verb(const char* name, const char* help, TOOL_ACTION action,
                        TOOL_SETTINGS_USE settings_use = TOOL_SETTINGS_USE::READS);
@@ -76,6 +77,10 @@ public:
     ~TOOL_COMMAND_LINE();
     TOOL_COMMAND_LINE(const TOOL_COMMAND_LINE&) = delete;
     TOOL_COMMAND_LINE& operator=(const TOOL_COMMAND_LINE&) = delete;
+
+    // From here on describes only what these arguments can ask for: of a group or a verb whose name is not among them
+    // just that name, and its help. A parse of the same arguments comes to the same.
+    void expect(int argc, const char* const* argv);
 
     TOOL_GROUP add_group(const char* name, const char* help);
 
@@ -97,7 +102,9 @@ private:
     };
 
     void add_globals();
+    bool is_expected(const char* name) const;
 
+    std::optional<std::set<std::string, std::less<>>> m_expected; // all where there is none
     std::unique_ptr<CLI::App> m_app;
     std::vector<VERB_ACTION> m_actions;
     TOOL_GLOBALS m_globals;
