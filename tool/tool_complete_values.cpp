@@ -122,6 +122,15 @@ VALUES sections(const PLACE&) {
     return {VALUES::KIND::WORDS, std::move(names), ""};
 }
 
+// Those of a definition that a person answers.
+VALUES flash_members(const PLACE&) {
+    CANDIDATES names;
+    for (const TOVREN_FLASH_PROMPT& prompt : TOVREN_FLASH_MANAGER::get_flash_prompts())
+        if (prompt.question)
+            names.push_back({std::string(prompt.member) + '=', prompt.question});
+    return {VALUES::KIND::WORDS, std::move(names), ""};
+}
+
 // ---- hard processor systems ----
 
 const TOOL_HPS_KIND& hps_kind(const PLACE& place) {
@@ -261,6 +270,7 @@ constexpr RULE RULES[] = {
     {"", "DEVICE", devices},
     {"", "PART", parts},
     {"", "FLASH", flashes},
+    {"", "--member", flash_members},
     {"", "--set", settings},
     {"", "--debug", debug_levels},
     {"", "DIR", folders},
@@ -268,7 +278,8 @@ constexpr RULE RULES[] = {
     {"", "FILE", files},
     {"", "CSV", files},
     {"", "OUT", files},
-    {"db diff", "", files},
+    {"", "BEFORE", files},
+    {"", "AFTER", files},
     {"", "", nothing},
 };
 
