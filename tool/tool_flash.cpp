@@ -7,6 +7,7 @@
 #include "tool_flash_database.h"
 #include "tool_flash_definition.h"
 #include "tool_flash_identify.h"
+#include "tool_flash_mtd.h"
 #include "tool_flash_name.h"
 #include "tool_flash_record.h"
 #include "tool_groups.h"
@@ -238,4 +239,5 @@ void tool_add_flash_group(TOOL_COMMAND_LINE& line) {
 
     tool_add_define_verb(group);
     tool_add_definition_group(group);
+    tool_add_mtd_verb(group);
 }
