@@ -42,7 +42,8 @@ const TOOL_CSV_LAYOUT& layout() {
 }
 
 // A record bears exactly one key, and each key once.
-void check_keys(const std::vector<TOOL_CSV_ROW>& rows, std::vector<TOOL_CSV_FAULT>& faults) {
+void check_keys(const std::vector<TOOL_CSV_ROW>& rows, const TOOL_CSV_PLACES& places,
+                std::vector<TOOL_CSV_FAULT>& faults) {
     std::map<std::string, unsigned int> first_lines;
     for (const TOOL_CSV_ROW& row : rows) {
         size_t keys = 0;
@@ -55,8 +56,8 @@ void check_keys(const std::vector<TOOL_CSV_ROW>& rows, std::vector<TOOL_CSV_FAUL
                 stl_tolower(key); // PCF names are compared letter case aside
             if (const auto [first, is_new] = first_lines.try_emplace(key, row.line); !is_new)
                 faults.push_back({row.line, static_cast<unsigned int>(i + 1), layout().names[i], row.cells[i],
-                                  tool_quoted(row.cells[i]) + " has its record in line " +
-                                      std::to_string(first->second) + " already; this one serves nothing",
+                                  tool_quoted(row.cells[i]) + " has its record in " + places.text(first->second) +
+                                      " already; this one serves nothing",
                                   SEVERITY::HARMFUL});
         }
         if (keys != 1)
@@ -86,6 +87,14 @@ void check_generic(const std::vector<TOOL_CSV_ROW>& rows, std::vector<TOOL_CSV_F
 
 } // namespace
 
+std::vector<TOOL_CSV_FAULT> tool_device_row_faults(const std::vector<TOOL_CSV_ROW>& rows,
+                                                   const TOOL_CSV_PLACES& places) {
+    std::vector<TOOL_CSV_FAULT> faults;
+    check_keys(rows, places, faults);
+    check_generic(rows, faults);
+    return faults;
+}
+
 std::vector<TOOL_CSV_FAULT> tool_device_csv_faults(const std::string& file) {
     TOOL_CSV_TABLE table = tool_read_csv(file, layout());
     if (table.faults.empty() || table.faults.front().line != 0) {
@@ -93,8 +102,8 @@ std::vector<TOOL_CSV_FAULT> tool_device_csv_faults(const std::string& file) {
         if (records != TOTAL_DATABASE_DEVICE)
             table.faults.push_back({.fault = "there are " + tool_count_text(records, "record") + ", expected " +
                                              std::to_string(TOTAL_DATABASE_DEVICE)});
-        check_keys(table.rows, table.faults);
-        check_generic(table.rows, table.faults);
+        for (TOOL_CSV_FAULT& fault : tool_device_row_faults(table.rows, TOOL_CSV_LINES))
+            table.faults.push_back(std::move(fault));
     }
     return tool_sorted_faults(std::move(table.faults));
 }

@@ -83,7 +83,8 @@ bool is_always_shown(const TOOL_CSV_ROW& row) {
 
 // Of the rows of one name: those that are always shown must have one default among them; where none is always shown,
 // those of one key must.
-void check_defaults(const std::vector<const TOOL_CSV_ROW*>& rows, std::vector<TOOL_CSV_FAULT>& faults) {
+void check_defaults(const std::vector<const TOOL_CSV_ROW*>& rows, const TOOL_CSV_PLACES& places,
+                    std::vector<TOOL_CSV_FAULT>& faults) {
     const TOOL_CSV_ROW* first = nullptr;
     for (const TOOL_CSV_ROW* row : rows) {
         if (!is_default(*row))
@@ -93,8 +94,7 @@ void check_defaults(const std::vector<const TOOL_CSV_ROW*>& rows, std::vector<TO
         if (may_meet)
             faults.push_back(tool_flash_fault_at(*row, "default_dev",
                                                  tool_quoted(tool_flash_cell(*row, "device_name")) +
-                                                     " has its default in line " + std::to_string(first->line) +
-                                                     " already",
+                                                     " has its default in " + places.text(first->line) + " already",
                                                  SEVERITY::HARMFUL));
         else if (!first || is_always_shown(*row))
             first = row;
@@ -106,18 +106,19 @@ void check_defaults(const std::vector<const TOOL_CSV_ROW*>& rows, std::vector<TO
         faults.push_back(tool_flash_fault_at(row, "default_dev", name + " has no default record", SEVERITY::HARMFUL));
     else if (shown != rows.end() && !is_always_shown(*first))
         faults.push_back(tool_flash_fault_at(row, "default_dev",
-                                             name + " has its default in line " + std::to_string(first->line) +
+                                             name + " has its default in " + places.text(first->line) +
                                                  ", which is hidden unless PGM_ALLOW_" +
                                                  tool_printable(tool_flash_cell(*first, "ini")) + " is on",
                                              SEVERITY::HARMFUL));
 }
 
-void check_all_defaults(const std::vector<TOOL_CSV_ROW>& rows, std::vector<TOOL_CSV_FAULT>& faults) {
+void check_all_defaults(const std::vector<TOOL_CSV_ROW>& rows, const TOOL_CSV_PLACES& places,
+                        std::vector<TOOL_CSV_FAULT>& faults) {
     std::map<std::string, std::vector<const TOOL_CSV_ROW*>> by_name;
     for (const TOOL_CSV_ROW& row : rows)
         by_name[folded(tool_flash_cell(row, "device_name"))].push_back(&row);
     for (const auto& [name, same] : by_name)
-        check_defaults(same, faults);
+        check_defaults(same, places, faults);
 }
 
 using KEY = std::vector<unsigned int>;
@@ -165,7 +166,8 @@ bool is_shadowing(const IDENTIFICATION& earlier, const IDENTIFICATION& later) {
 }
 
 // A row that an earlier one answers for can be selected by name only.
-void check_shadows(const std::vector<TOOL_CSV_ROW>& rows, std::vector<TOOL_CSV_FAULT>& faults) {
+void check_shadows(const std::vector<TOOL_CSV_ROW>& rows, const TOOL_CSV_PLACES& places,
+                   std::vector<TOOL_CSV_FAULT>& faults) {
     std::map<KEY, std::vector<IDENTIFICATION>> identified;
     for (const TOOL_CSV_ROW& row : rows) {
         const auto later = identification_of(row);
@@ -179,8 +181,8 @@ void check_shadows(const std::vector<TOOL_CSV_ROW>& rows, std::vector<TOOL_CSV_F
         else
             faults.push_back(tool_flash_fault_at(row, "memory_id",
                                                  tool_quoted(tool_flash_cell(row, "device_name")) +
-                                                     " is never identified: line " + std::to_string(first->row->line) +
-                                                     ", " + tool_quoted(tool_flash_cell(*first->row, "device_name")) +
+                                                     " is never identified: " + places.text(first->row->line) + ", " +
+                                                     tool_quoted(tool_flash_cell(*first->row, "device_name")) +
                                                      ", answers alike",
                                                  SEVERITY::REMARK));
     }
@@ -188,14 +190,22 @@ void check_shadows(const std::vector<TOOL_CSV_ROW>& rows, std::vector<TOOL_CSV_F
 
 } // namespace
 
+std::vector<TOOL_CSV_FAULT> tool_flash_row_faults(const std::vector<TOOL_CSV_ROW>& rows,
+                                                  const TOOL_CSV_PLACES& places) {
+    std::vector<TOOL_CSV_FAULT> faults;
+    check_all_defaults(rows, places, faults);
+    check_shadows(rows, places, faults);
+    return faults;
+}
+
 TOOL_CSV_TABLE tool_read_flash_csv(const std::string& file) {
     TOOL_CSV_TABLE table = tool_read_csv(file, layout());
     if (table.faults.empty() || table.faults.front().line != 0) {
         if (table.row_count <= layout().first_data_row)
             table.faults.push_back({.fault = "there is no flash: " + tool_count_text(table.row_count, "row") +
                                              ", of which the first 8 are headers"});
-        check_all_defaults(table.rows, table.faults);
-        check_shadows(table.rows, table.faults);
+        for (TOOL_CSV_FAULT& fault : tool_flash_row_faults(table.rows, TOOL_CSV_LINES))
+            table.faults.push_back(std::move(fault));
     }
     table.faults = tool_sorted_faults(std::move(table.faults));
     return table;

@@ -144,4 +144,5 @@ void tool_add_db_group(TOOL_COMMAND_LINE& line) {
         .argument("FILE", *file, "The database");
     tool_add_db_dump(group);
     tool_add_db_diff(group);
+    tool_add_db_verify(group);
 }

@@ -23,6 +23,16 @@ struct TOOL_CSV_ROW {
     std::vector<std::string> cells; // as many as there are members
 };
 
+// What the numbers of rows are called, and the first of them: "line" from 1, "record" from 0. In a row they count
+// from 1.
+struct TOOL_CSV_PLACES {
+    const char* name;
+    unsigned int first;
+
+    std::string text(unsigned int line) const { return std::string(name) + ' ' + std::to_string(line - 1 + first); }
+};
+inline constexpr TOOL_CSV_PLACES TOOL_CSV_LINES = {"line", 1};
+
 struct TOOL_CSV_TABLE {
     std::vector<TOOL_CSV_ROW> rows; // the data rows that have the right number of cells
     std::vector<TOOL_CSV_FAULT> faults;
@@ -30,6 +40,12 @@ struct TOOL_CSV_TABLE {
 };
 
 TOOL_CSV_TABLE tool_read_csv(const std::string& file, const TOOL_CSV_LAYOUT& layout);
+
+// Faults between rows: the defaults of flash names and rows that are never identified; keys of device records and the
+// place of the generic one.
+std::vector<TOOL_CSV_FAULT> tool_flash_row_faults(const std::vector<TOOL_CSV_ROW>& rows, const TOOL_CSV_PLACES& places);
+std::vector<TOOL_CSV_FAULT> tool_device_row_faults(const std::vector<TOOL_CSV_ROW>& rows,
+                                                   const TOOL_CSV_PLACES& places);
 
 // Brings the faults into the order of the file.
 std::vector<TOOL_CSV_FAULT> tool_sorted_faults(std::vector<TOOL_CSV_FAULT> faults);

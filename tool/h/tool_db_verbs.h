@@ -6,5 +6,6 @@ class TOOL_GROUP;
 
 void tool_add_db_dump(TOOL_GROUP& group);
 void tool_add_db_diff(TOOL_GROUP& group);
+void tool_add_db_verify(TOOL_GROUP& group);
 
 #endif
