@@ -20,7 +20,8 @@ _tovren_words() {
 
 # Quotes what COMPREPLY holds for a word that begins with the quote $1, or with none.
 _tovren_quote() {
-    local i text
+    local i text IFS=$'\n'
+    [[ ${COMPREPLY[*]} == *[!A-Za-z0-9_./=:@%+,$'\n'-]* ]] || return 0 # none needs it, among thousands
     for i in "${!COMPREPLY[@]}"; do
         text=${COMPREPLY[i]}
         case $1 in
@@ -36,7 +37,7 @@ _tovren() {
     local words=() answer=() i
     COMPREPLY=()
     _tovren_words
-    mapfile -t answer < <("${1/#\~\//$HOME/}" __complete --quoted -- "${words[@]:1}" 2>/dev/null)
+    mapfile -t answer <<<"$("${1/#\~\//$HOME/}" __complete --quoted -- "${words[@]:1}" 2>/dev/null)"
     case ${answer[0]} in
     files*) compopt -o default ;;
     folders*) compopt -o dirnames ;;
