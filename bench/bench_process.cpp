@@ -9,7 +9,7 @@
 
 namespace {
 
-bool run_silently(std::vector<std::string> command) {
+bool run_silently(std::vector<std::string> command, int exit_code) {
     std::vector<char*> arguments;
     arguments.reserve(command.size() + 1);
     for (std::string& argument : command)
@@ -21,15 +21,15 @@ bool run_silently(std::vector<std::string> command) {
     pid_t child = 0;
     int status = posix_spawnp(&child, arguments[0], &actions, nullptr, arguments.data(), environ);
     posix_spawn_file_actions_destroy(&actions);
-    return status == 0 && waitpid(child, &status, 0) == child && status == 0;
+    return status == 0 && waitpid(child, &status, 0) == child && WIFEXITED(status) && WEXITSTATUS(status) == exit_code;
 }
 
 } // namespace
 
-void bench_process(benchmark::State& state, const std::vector<std::string>& command) {
+void bench_process(benchmark::State& state, const std::vector<std::string>& command, int exit_code) {
     for (auto _ : state) {
         const auto start = std::chrono::steady_clock::now();
-        if (!run_silently(command))
+        if (!run_silently(command, exit_code))
             state.SkipWithError("the command failed");
         state.SetIterationTime(std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count());
     }

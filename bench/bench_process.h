@@ -6,7 +6,8 @@
 #include <string>
 #include <vector>
 
-// One run an iteration, with what it prints thrown away. For benchmarks that use manual time.
-void bench_process(benchmark::State& state, const std::vector<std::string>& command);
+// One run an iteration, with what it prints thrown away; it must end with `exit_code`. For benchmarks that use manual
+// time.
+void bench_process(benchmark::State& state, const std::vector<std::string>& command, int exit_code = 0);
 
 #endif

@@ -1,10 +1,13 @@
 // What the benchmarks share.
 #include "bench_support.h"
 
+#include "host_text.h"
+
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
 #include <iterator>
+#include <sstream>
 #include <unistd.h>
 #include <zlib.h>
 
@@ -12,6 +15,10 @@ namespace {
 
 constexpr size_t HEADER_SIZE = 44; // ahead of the compressed payload; its last four bytes are the payload's size
 constexpr size_t CHECK_SIZE = 2;   // behind it
+
+constexpr unsigned int HEADER_ROWS = 8; // of a flash description
+constexpr size_t NAME_COLUMN = 1;
+constexpr size_t DEFAULT_COLUMN = 10;
 
 [[noreturn]] void give_up(const std::string& reason) {
     std::fprintf(stderr, "%s\n", reason.c_str());
@@ -76,4 +83,29 @@ BYTES payload_of(const BYTES& file) {
 const std::filesystem::path& memory_folder() {
     static const MEMORY_FOLDER folder;
     return folder.path();
+}
+
+std::string write_large_flash_csv(const std::string& shipped, size_t count) {
+    std::ifstream input(shipped);
+    std::vector<std::vector<std::string>> rows;
+    std::ostringstream csv;
+    std::string line;
+    for (unsigned int row = 0; std::getline(input, line); ++row) {
+        if (row < HEADER_ROWS)
+            csv << line << '\n';
+        else
+            gen_tokenize(line, ",", rows.emplace_back());
+    }
+    for (size_t i = 0; i < count; ++i) {
+        std::vector<std::string> cells = rows[i % rows.size()];
+        cells[NAME_COLUMN] = cells[NAME_COLUMN].substr(0, 10) + "_" + std::to_string(i);
+        cells[DEFAULT_COLUMN] = "TRUE";
+        for (size_t cell = 0; cell < cells.size(); ++cell)
+            csv << (cell > 0 ? "," : "") << cells[cell];
+        csv << '\n';
+    }
+    const std::string path = memory_folder() / "large.csv";
+    const std::string text = csv.str();
+    write_file(path, BYTES(text.begin(), text.end()));
+    return path;
 }

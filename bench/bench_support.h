@@ -36,6 +36,10 @@ std::string text_of(const BYTES& bytes);
 // The payload of a database file, decompressed.
 BYTES payload_of(const BYTES& file);
 
+// A description of `count` flashes, in the folder below: those of the shipped one over and over, each under a name of
+// its own. Returns its path.
+std::string write_large_flash_csv(const std::string& shipped, size_t count);
+
 // A folder in memory that goes away with the program.
 const std::filesystem::path& memory_folder();
 

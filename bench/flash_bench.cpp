@@ -11,7 +11,6 @@
 #include <fcntl.h>
 #include <fstream>
 #include <set>
-#include <sstream>
 #include <sys/stat.h>
 #include <unistd.h>
 #include <zlib.h>
@@ -20,9 +19,6 @@ namespace {
 
 constexpr size_t HEADER_SIZE = 44;
 constexpr size_t CHECK_SIZE = 2;
-constexpr unsigned int HEADER_ROWS = 8;
-constexpr size_t NAME_COLUMN = 1;
-constexpr size_t DEFAULT_COLUMN = 10;
 
 // One flash table in all the forms that are compared.
 struct TABLE {
@@ -56,34 +52,8 @@ const TABLE& shipped() {
     return table;
 }
 
-// A description of `count` flashes: the shipped ones over and over, each under a name of its own.
-std::string write_large_csv(size_t count) {
-    std::ifstream input(TOVREN_SHIPPED_FLASH_CSV);
-    std::vector<std::vector<std::string>> rows;
-    std::ostringstream csv;
-    std::string line;
-    for (unsigned int row = 0; std::getline(input, line); ++row) {
-        if (row < HEADER_ROWS)
-            csv << line << '\n';
-        else
-            gen_tokenize(line, ",", rows.emplace_back());
-    }
-    for (size_t i = 0; i < count; ++i) {
-        std::vector<std::string> cells = rows[i % rows.size()];
-        cells[NAME_COLUMN] = cells[NAME_COLUMN].substr(0, 10) + "_" + std::to_string(i);
-        cells[DEFAULT_COLUMN] = "TRUE";
-        for (size_t cell = 0; cell < cells.size(); ++cell)
-            csv << (cell > 0 ? "," : "") << cells[cell];
-        csv << '\n';
-    }
-    const std::string path = memory_folder() / "large.csv";
-    const std::string text = csv.str();
-    write_file(path, BYTES(text.begin(), text.end()));
-    return path;
-}
-
 const TABLE& large() {
-    static const TABLE table = make_table(write_large_csv(10000), "large");
+    static const TABLE table = make_table(write_large_flash_csv(TOVREN_SHIPPED_FLASH_CSV, 10000), "large");
     return table;
 }
 
