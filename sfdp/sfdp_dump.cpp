@@ -149,10 +149,15 @@ private:
     bool m_is_repeated = false;            // the last line was "*"
 };
 
+// What is there of the last line is doubled until it is enough.
 void DUMP_READING::fill(std::size_t size) {
-    const std::size_t period = m_bytes.size() - m_line_begin;
-    while (m_bytes.size() < size)
-        m_bytes.push_back(m_bytes[m_bytes.size() - period]);
+    while (m_bytes.size() < size) {
+        const std::size_t end = m_bytes.size();
+        const std::size_t count = std::min(end - m_line_begin, size - end);
+        m_bytes.resize(end + count);
+        std::copy_n(m_bytes.begin() + static_cast<std::ptrdiff_t>(m_line_begin), count,
+                    m_bytes.begin() + static_cast<std::ptrdiff_t>(end));
+    }
 }
 
 // The last word of a dump may be filled up: the address behind it says where the bytes end.
