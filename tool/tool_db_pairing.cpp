@@ -57,7 +57,7 @@ std::string flash_key(const TOOL_DB_RECORD& record) {
 // family, pcf, device, part.
 std::string device_key(const TOOL_DB_RECORD& record) {
     std::string key;
-    for (const size_t i : {0, 2, 3})
+    for (const size_t i : {size_t{0}, size_t{2}, size_t{3}})
         append(key, record[i].value);
     return key + folded(record[1].value);
 }
