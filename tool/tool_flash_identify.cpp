@@ -3,9 +3,12 @@
 #include "tool_flash_identify.h"
 
 #include "tool_error.h"
+#include "tool_flash_cause.h"
 #include "tool_flash_database.h"
 #include "tool_flash_id.h"
+#include "tool_flash_match.h"
 #include "tool_flash_record.h"
+#include "tool_flash_why.h"
 #include "tool_output.h"
 #include "tool_table.h"
 #include "tool_text.h"
@@ -61,6 +64,29 @@ std::optional<unsigned int> longest_program_time(TOVREN_FLASH_MANAGER& manager, 
     return manager.sfl_get_chain_longest_program_utime();
 }
 
+// ---- why ----
+
+struct EXPLANATION {
+    TOOL_WHY_TABLES tables;
+    std::vector<TOOL_FLASH_WHY> devices; // empty where nobody asked
+};
+
+EXPLANATION explain(const TOOL_IDENTIFY_OPTIONS& options, const TOVREN_FLASH_MANAGER& manager,
+                    const std::vector<DEVICE>& chain) {
+    EXPLANATION why;
+    if (!options.is_why)
+        return why;
+    TOOL_WHY_TABLES& tables = why.tables;
+    tables.csv = tool_find_flash_csv(options.csv);
+    tables.records = tool_all_flashes();
+    tables.listed = tool_listed_flashes(manager, tables.records);
+    if (tables.csv)
+        tables.extended_ids = tool_read_extended_ids(tool_beside(tables.csv->file, "flash_shared_ids.csv"));
+    for (const DEVICE& device : chain)
+        why.devices.push_back(tool_flash_why(device.id.bytes, options.is_silicon_id, tables));
+    return why;
+}
+
 // ---- JSON ----
 
 nlohmann::ordered_json device_json(const DEVICE& device, size_t number) {
@@ -78,11 +104,14 @@ nlohmann::ordered_json device_json(const DEVICE& device, size_t number) {
     return object;
 }
 
-void write_json(const std::vector<DEVICE>& chain, std::optional<unsigned int> longest, const TOOL_OUTPUT& output) {
+void write_json(const std::vector<DEVICE>& chain, std::optional<unsigned int> longest, const EXPLANATION& why,
+                const TOOL_OUTPUT& output) {
     nlohmann::ordered_json document;
     document["devices"] = nlohmann::ordered_json::array();
     for (size_t i = 0; i < chain.size(); ++i)
         document["devices"].push_back(device_json(chain[i], i + 1));
+    for (size_t i = 0; i < why.devices.size(); ++i)
+        document["devices"][i]["why"] = tool_why_json(why.devices[i], why.tables);
     document["longest_program_utime"] = nullptr;
     if (longest)
         document["longest_program_utime"] = *longest;
@@ -91,65 +120,61 @@ void write_json(const std::vector<DEVICE>& chain, std::optional<unsigned int> lo
 
 // ---- unmatched answers ----
 
-// What an answer of nothing but one byte looks like, and where it comes from.
-struct SUSPECT {
-    const char* look;
-    const char* cause;
-};
-
-std::optional<SUSPECT> suspect(const std::vector<unsigned char>& bytes) {
-    if (std::adjacent_find(bytes.begin(), bytes.end(), std::not_equal_to<>()) != bytes.end())
-        return std::nullopt;
-    if (bytes[0] == 0xFF)
-        return SUSPECT{"all ones", "nothing is connected, the flash has no power, or the line is held high"};
-    if (bytes[0] == 0x00)
-        return SUSPECT{"all zeros", "the line is held low, or the flash is in reset or has no power"};
-    if (bytes.size() > 1)
-        return SUSPECT{"a repeated byte", "likely an echo: data out is joined to data in, or to the command"};
-    return std::nullopt;
-}
-
-bool matches(const TOVREN_SFL_FLASH_INFO& record, const std::vector<unsigned char>& bytes, bool is_silicon_id) {
-    const auto is_equal = [&bytes](BYTE index, BYTE value) { return index < bytes.size() && bytes[index] == value; };
-    if (record.silicon_id != is_silicon_id || !is_equal(record.memory_id_index, record.memory_id))
-        return false;
-    return is_silicon_id ||
-           ((record.memory_type_index == 0xFF || is_equal(record.memory_type_index, record.memory_type)) &&
-            is_equal(record.mfc_id_index, record.mfc_id));
-}
-
 // "NAME (--set SWITCH=on)" for each flash that would match, were it not hidden.
 std::vector<std::string> hidden_matches(const std::vector<TOVREN_SFL_FLASH_INFO>& records, const TOOL_FLASH_ID& id,
                                         bool is_silicon_id) {
     std::vector<std::string> hidden;
     for (const TOVREN_SFL_FLASH_INFO& record : records) {
         if (const std::string shown_by = tool_switch_that_shows(record);
-            !shown_by.empty() && matches(record, id.bytes, is_silicon_id))
+            !shown_by.empty() && tool_is_match(record, id.bytes, is_silicon_id))
             hidden.push_back(tool_printable(record.device_name) + " (--set " + tool_printable(shown_by) + "=on)");
     }
     return hidden;
 }
 
-std::string next_step(const std::vector<std::string>& hidden, bool is_suspect) {
+std::string next_step(const std::vector<std::string>& hidden, bool is_stuck) {
     if (!hidden.empty())
         return "Hidden flashes answer so; a setting shows them: " + tool_join(hidden, ", ") + '.';
-    if (is_suspect)
+    if (is_stuck)
         return "Check power, wiring and chip select, then read the identification again.";
     return "Read the identification once more; `tovren flash list --all` shows what each known flash answers.";
 }
 
-void note_unmatched(const std::vector<DEVICE>& chain, bool is_silicon_id) {
+void note_cause(const TOOL_FLASH_CAUSE& cause) {
+    tool_note("  " + cause.text + (cause.meant.empty() ? "" : ":"));
+    if (!cause.meant.empty())
+        tool_note("    " + tool_meant_text(cause.meant.front()));
+}
+
+// The most plausible cause, and the first one that leads to a flash; of that one identification.
+void note_causes(const std::vector<TOOL_FLASH_CAUSE>& causes) {
+    if (causes.empty())
+        return;
+    const auto with_flash =
+        std::find_if(causes.begin(), causes.end(), [](const TOOL_FLASH_CAUSE& cause) { return !cause.meant.empty(); });
+    note_cause(causes.front());
+    size_t shown = 1;
+    if (with_flash != causes.begin() && with_flash != causes.end()) {
+        note_cause(*with_flash);
+        ++shown;
+    }
+    if (causes.size() > shown || (with_flash != causes.end() && with_flash->meant.size() > 1))
+        tool_note("  --why lists what else may have happened.");
+}
+
+void note_unmatched(const std::vector<DEVICE>& chain, bool is_silicon_id, const TOVREN_FLASH_MANAGER& manager) {
     const auto records = tool_all_flashes();
+    const auto listed = tool_listed_flashes(manager, records);
     for (size_t i = 0; i < chain.size(); ++i) {
         const DEVICE& device = chain[i];
         if (device.is_matched())
             continue;
         tool_complain("device " + std::to_string(i + 1) + ": no flash answers " + device.id.text() +
                       (is_silicon_id ? " as its silicon ID" : ""));
-        const auto cause = suspect(device.id.bytes);
-        if (cause)
-            tool_note("  " + std::string(cause->look) + ": " + cause->cause);
-        tool_note("  " + next_step(hidden_matches(records, device.id, is_silicon_id), cause.has_value()));
+        const auto hidden = hidden_matches(records, device.id, is_silicon_id);
+        if (hidden.empty())
+            note_causes(tool_flash_causes(device.id.bytes, is_silicon_id, listed));
+        tool_note("  " + next_step(hidden, tool_stuck_line(device.id.bytes).has_value()));
     }
 }
 
@@ -158,8 +183,8 @@ void note_unmatched(const std::vector<DEVICE>& chain, bool is_silicon_id) {
 std::vector<std::string> row_of(const DEVICE& device, size_t number) {
     std::vector<std::string> cells = {std::to_string(number), device.id.text()};
     if (!device.is_matched()) {
-        const auto cause = suspect(device.id.bytes);
-        cells.insert(cells.end(), {cause ? std::string("no match: ") + cause->look : "no match", "", "-"});
+        const auto line = tool_stuck_line(device.id.bytes);
+        cells.insert(cells.end(), {line ? std::string("no match: ") + line->look : "no match", "", "-"});
         cells.resize(10);
         return cells;
     }
@@ -198,21 +223,6 @@ std::vector<std::string> differences(const TOVREN_SFL_FLASH_INFO& taken, const T
                             tool_printable(taken_texts[i].text) + ')');
     }
     return found;
-}
-
-// `words` behind each other; on a terminal broken before its last column, further lines indented.
-std::string wrapped(const std::vector<std::string>& words, unsigned int width) {
-    constexpr char INDENT[] = "    ";
-    std::string text;
-    std::string line = " ";
-    for (const std::string& word : words) {
-        if (width != 0 && tool_text_width(line) + 1 + tool_text_width(word) > width) {
-            text += line + '\n';
-            line = INDENT;
-        }
-        line += ' ' + word;
-    }
-    return text + line + '\n';
 }
 
 // Flashes that differ from the one taken in the same way.
@@ -254,36 +264,41 @@ void write_others(const DEVICE& device, size_t number, const TOVREN_FLASH_MANAGE
                        ".\nMembers that differ, in brackets as " + tool_printable(device.flash->device_name) +
                        " has them:\n";
     for (const ALIKE& group : other_candidates(device, manager))
-        text += wrapped(words_of(group), output.width());
+        text += tool_wrapped(words_of(group), output.width());
     output.write(text);
 }
 
 void write_people(const std::vector<DEVICE>& chain, std::optional<unsigned int> longest,
-                  const TOVREN_FLASH_MANAGER& manager, const TOOL_OUTPUT& output) {
+                  const TOVREN_FLASH_MANAGER& manager, const EXPLANATION& why, const TOOL_OUTPUT& output) {
     write_table(chain, output);
     if (longest)
         output.write("\nLongest page program of the chain: " + tool_microseconds_text(*longest) + '\n');
     for (size_t i = 0; i < chain.size(); ++i)
         if (chain[i].candidates.size() > 1)
             write_others(chain[i], i + 1, manager, output);
+    for (size_t i = 0; i < why.devices.size(); ++i)
+        tool_write_why(why.devices[i], i + 1, why.tables, output);
 }
 
 } // namespace
 
 int tool_flash_identify(const TOOL_IDENTIFY_OPTIONS& options, const TOOL_OUTPUT& output) {
+    if (options.csv && !options.is_why)
+        throw tool_usage_error("flash identify", "--csv goes with --why");
     auto ids = tool_read_flash_ids(options.ids, options.is_silicon_id);
     const auto manager = tool_load_flashes(static_cast<unsigned int>(ids.size()));
     const std::vector<DEVICE> chain = map_chain(*manager, std::move(ids), options.is_silicon_id);
     const auto longest = longest_program_time(*manager, chain);
+    const EXPLANATION why = explain(options, *manager, chain);
 
     if (output.is_json())
-        write_json(chain, longest, output);
+        write_json(chain, longest, why, output);
     else
-        write_people(chain, longest, *manager, output);
+        write_people(chain, longest, *manager, why, output);
 
     const bool is_complete =
         std::all_of(chain.begin(), chain.end(), [](const DEVICE& device) { return device.is_matched(); });
     if (!is_complete)
-        note_unmatched(chain, options.is_silicon_id);
+        note_unmatched(chain, options.is_silicon_id, *manager);
     return is_complete ? TOOL_EXIT_DONE : TOOL_EXIT_NOT_FOUND;
 }

@@ -2,6 +2,7 @@
 #ifndef TOOL_FLASH_IDENTIFY_H
 #define TOOL_FLASH_IDENTIFY_H
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -10,6 +11,8 @@ class TOOL_OUTPUT;
 struct TOOL_IDENTIFY_OPTIONS {
     std::vector<std::string> ids; // one a device of the chain
     bool is_silicon_id = false;
+    bool is_why = false;
+    std::optional<std::string> csv; // the description whose lines are named; else the one beside the database
 };
 
 // Maps each device of a chain to the flash that its identification names. Not found: a device is unmatched.
