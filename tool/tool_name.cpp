@@ -134,10 +134,12 @@ void tool_add_name_group(TOOL_COMMAND_LINE& line) {
     TOOL_GROUP group = line.add_group("name", "Names of devices and parts");
 
     const auto names = std::make_shared<std::vector<std::string>>();
+    const auto is_why = std::make_shared<bool>(false);
     group
         .add_verb("explain", "Everything that is known of a name",
-                  [names](const TOOL_OUTPUT& output) { return tool_name_explain(*names, output); })
-        .arguments("NAME", *names, "Names, in any letter case; - reads them from standard input");
+                  [names, is_why](const TOOL_OUTPUT& output) { return tool_name_explain(*names, *is_why, output); })
+        .arguments("NAME", *names, "Names, in any letter case; - reads them from standard input")
+        .flag("--why", *is_why, "Also each map that was asked, and where a look-up ended");
 
     const auto short_name = std::make_shared<std::string>();
     group

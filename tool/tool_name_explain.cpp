@@ -4,6 +4,7 @@
 #include "host_dev.h"
 #include "host_text.h"
 #include "tool_error.h"
+#include "tool_name_why.h"
 #include "tool_table.h"
 #include "tool_text.h"
 #include "tovren_device_grammar_mgr.h"
@@ -160,8 +161,11 @@ void write_table(const TOOL_NAME_ANSWERS& answers, const TOOL_OUTPUT& output) {
 
 void complain_about(const TOOL_NAME_ANSWERS& answers) {
     tool_complain("there is no name " + tool_quoted(answers.standardised));
+    const auto spellings = tool_known_spellings(answers.standardised);
+    for (const TOOL_SPELLING& spelling : spellings)
+        tool_note("  It means " + tool_printable(spelling.meant) + ": " + spelling.mistake(answers.standardised) + '.');
     const std::string guess = tool_did_you_mean(GRAMMAR::get_near_names(answers.standardised));
-    if (!guess.empty())
+    if (spellings.empty() && !guess.empty())
         tool_note("  " + guess);
 }
 
@@ -270,7 +274,27 @@ TOOL_NAME_ANSWERS tool_explain_name(const std::string& name) {
     return answers;
 }
 
-int tool_name_explain(const std::vector<std::string>& given, const TOOL_OUTPUT& output) {
+namespace {
+
+nlohmann::ordered_json document_of(const TOOL_NAME_ANSWERS& answers, bool is_why) {
+    nlohmann::ordered_json document = as_json(answers);
+    if (is_why)
+        document["why"] = tool_name_why_json(answers);
+    return document;
+}
+
+void write_for_people(const TOOL_NAME_ANSWERS& answers, bool is_why, const TOOL_OUTPUT& output) {
+    if (answers.is_known())
+        write_table(answers, output);
+    if (is_why && answers.is_known())
+        output.write("\n");
+    if (is_why)
+        tool_write_name_why(answers, output);
+}
+
+} // namespace
+
+int tool_name_explain(const std::vector<std::string>& given, bool is_why, const TOOL_OUTPUT& output) {
     const std::vector<std::string> names = all_names(given);
     const bool is_one = names.size() == 1 && given.front() != "-";
     PROGRESS progress(names.size());
@@ -278,14 +302,15 @@ int tool_name_explain(const std::vector<std::string>& given, const TOOL_OUTPUT& 
     for (const std::string& name : names) {
         const TOOL_NAME_ANSWERS answers = tool_explain_name(name);
         if (output.is_json())
-            output.write_json(as_json(answers), is_one ? 2 : -1);
-        else if (answers.is_known())
-            write_table(answers, output);
+            output.write_json(document_of(answers, is_why), is_one ? 2 : -1);
+        else
+            write_for_people(answers, is_why, output);
         if (!answers.is_known()) {
             progress.clear();
             complain_about(answers);
             result = TOOL_EXIT_NOT_FOUND;
-        } else if (!output.is_json() && &name != &names.back()) {
+        }
+        if (!output.is_json() && (is_why || answers.is_known()) && &name != &names.back()) {
             output.write("\n");
         }
         progress.advance();

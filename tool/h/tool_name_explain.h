@@ -47,7 +47,7 @@ std::vector<std::string> tool_part_names();
 std::string tool_opn_hash_text(unsigned long long hash);
 
 // Names of the command line; - stands for those of standard input, one a line. One name is answered by a table or a
-// JSON document, several by one after the other, a line each with JSON.
-int tool_name_explain(const std::vector<std::string>& names, const TOOL_OUTPUT& output);
+// JSON document, several by one after the other, a line each with JSON. With `is_why` each look-up is told too.
+int tool_name_explain(const std::vector<std::string>& names, bool is_why, const TOOL_OUTPUT& output);
 
 #endif
