@@ -235,6 +235,7 @@ void tool_add_flash_group(TOOL_COMMAND_LINE& line) {
         .flag("--silicon-id", identified->is_silicon_id, "The IDs are silicon IDs")
         .flag("--why", identified->is_why, "Also what was compared, and what else it may be")
         .option("--csv", "FILE", identified->csv, "With --why: the CSV whose lines are named")
+        .option("--sfdp", "FILE", identified->sfdp, "With --why: the only flash's own table, to compare")
         .footer("\nAn ID is written 20BA18, \"20 BA 18\", 20:ba:18 or 0x20,0xba,0x18; it has at\n"
                 "least three bytes, a silicon ID one. - reads IDs from standard input, one a\n"
                 "line; # begins a comment there.\n");

@@ -2,6 +2,7 @@
 #include "tool_flash_csv.h"
 
 #include "host_pgm_common.h"
+#include "tool_csv_flash.h"
 #include "tool_database.h"
 #include "tool_file.h"
 #include "tool_output.h"
@@ -70,6 +71,9 @@ std::optional<TOOL_FLASH_CSV> tool_find_flash_csv(const std::optional<std::strin
     std::vector<std::string> faults = tool_csv_fault_lines(csv.table.faults, file, true);
     if (faults.empty())
         return csv;
+    if (given && csv.table.faults.front().line == 0)
+        throw TOOL_ERROR(TOOL_EXIT_REFUSED, faults.front(),
+                         {"next: name the CSV that the database was generated from"});
     if (given)
         throw TOOL_ERROR(TOOL_EXIT_REFUSED, tool_printable(file) + ": it is no flash description", faults);
     tool_note("warning: " + faults.front());

@@ -8,8 +8,9 @@
 #include "tool_flash_id.h"
 #include "tool_flash_match.h"
 #include "tool_flash_record.h"
-#include "tool_flash_why.h"
+#include "tool_flash_why_sfdp.h"
 #include "tool_output.h"
+#include "tool_sfdp_file.h"
 #include "tool_table.h"
 #include "tool_text.h"
 
@@ -69,7 +70,16 @@ std::optional<unsigned int> longest_program_time(TOVREN_FLASH_MANAGER& manager, 
 struct EXPLANATION {
     TOOL_WHY_TABLES tables;
     std::vector<TOOL_FLASH_WHY> devices; // empty where nobody asked
+    std::string sfdp_file;
+    std::optional<SFDP_TABLE> sfdp; // of the only device
 };
+
+SFDP_TABLE read_sfdp(const std::string& file) {
+    SFDP_RESULT result = tool_read_sfdp(file);
+    if (const auto* refusal = std::get_if<SFDP_REFUSAL>(&result))
+        throw tool_sfdp_error(file, *refusal);
+    return std::get<SFDP_TABLE>(std::move(result));
+}
 
 EXPLANATION explain(const TOOL_IDENTIFY_OPTIONS& options, const TOVREN_FLASH_MANAGER& manager,
                     const std::vector<DEVICE>& chain) {
@@ -84,6 +94,10 @@ EXPLANATION explain(const TOOL_IDENTIFY_OPTIONS& options, const TOVREN_FLASH_MAN
         tables.extended_ids = tool_read_extended_ids(tool_beside(tables.csv->file, "flash_shared_ids.csv"));
     for (const DEVICE& device : chain)
         why.devices.push_back(tool_flash_why(device.id.bytes, options.is_silicon_id, tables));
+    if (options.sfdp) {
+        why.sfdp_file = *options.sfdp;
+        why.sfdp = read_sfdp(*options.sfdp);
+    }
     return why;
 }
 
@@ -112,6 +126,8 @@ void write_json(const std::vector<DEVICE>& chain, std::optional<unsigned int> lo
         document["devices"].push_back(device_json(chain[i], i + 1));
     for (size_t i = 0; i < why.devices.size(); ++i)
         document["devices"][i]["why"] = tool_why_json(why.devices[i], why.tables);
+    if (why.sfdp)
+        document["devices"][0]["why"]["sfdp"] = tool_why_sfdp_json(why.devices[0], why.sfdp_file, *why.sfdp);
     document["longest_program_utime"] = nullptr;
     if (longest)
         document["longest_program_utime"] = *longest;
@@ -278,14 +294,19 @@ void write_people(const std::vector<DEVICE>& chain, std::optional<unsigned int> 
             write_others(chain[i], i + 1, manager, output);
     for (size_t i = 0; i < why.devices.size(); ++i)
         tool_write_why(why.devices[i], i + 1, why.tables, output);
+    if (why.sfdp)
+        tool_write_why_sfdp(why.devices[0], why.sfdp_file, *why.sfdp, output);
 }
 
 } // namespace
 
 int tool_flash_identify(const TOOL_IDENTIFY_OPTIONS& options, const TOOL_OUTPUT& output) {
-    if (options.csv && !options.is_why)
-        throw tool_usage_error("flash identify", "--csv goes with --why");
+    if ((options.csv || options.sfdp) && !options.is_why)
+        throw tool_usage_error("flash identify", std::string(options.csv ? "--csv" : "--sfdp") + " goes with --why");
     auto ids = tool_read_flash_ids(options.ids, options.is_silicon_id);
+    if (options.sfdp && ids.size() != 1)
+        throw tool_usage_error("flash identify", "--sfdp is the table of one flash, there are " +
+                                                     tool_count_text(ids.size(), "identification"));
     const auto manager = tool_load_flashes(static_cast<unsigned int>(ids.size()));
     const std::vector<DEVICE> chain = map_chain(*manager, std::move(ids), options.is_silicon_id);
     const auto longest = longest_program_time(*manager, chain);

@@ -146,5 +146,6 @@ nlohmann::ordered_json tool_why_json(const TOOL_FLASH_WHY& why, const TOOL_WHY_T
     object["differing"] = why.telling.differing;
     object["further_read"] = further_read_json(why);
     object["told_by_sfdp"] = why.telling.told_by_sfdp;
+    object["sfdp"] = nullptr;
     return object;
 }

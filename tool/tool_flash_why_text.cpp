@@ -165,6 +165,20 @@ void write_causes(const TOOL_FLASH_WHY& why, const TOOL_OUTPUT& output) {
 
 } // namespace
 
+std::string tool_wrapped(const std::vector<std::string>& words, unsigned int width) {
+    constexpr char INDENT[] = "    ";
+    std::string text;
+    std::string line = " ";
+    for (const std::string& word : words) {
+        if (width != 0 && tool_text_width(line) + 1 + tool_text_width(word) > width) {
+            text += line + '\n';
+            line = INDENT;
+        }
+        line += ' ' + word;
+    }
+    return text + line + '\n';
+}
+
 void tool_write_why(const TOOL_FLASH_WHY& why, size_t device, const TOOL_WHY_TABLES& tables,
                     const TOOL_OUTPUT& output) {
     const std::string answer = tool_hex_text(why.answer.data(), why.answer.size());

@@ -17,6 +17,10 @@ using NAMES = std::vector<std::string>;
 
 enum MAP : unsigned int { PACKAGES, PROGRAMMER, PGM_PCF, PGM_FAMILY_PCF, DEV_PCF, DEV_FAMILY_PCF, PCF_FAMILY, FAMILY };
 
+// Questions of several hops.
+constexpr char PROGRAMMER_NAME[] = "programmer name";
+constexpr char FAMILY_NAME[] = "family";
+
 NAMES contents_of_map(unsigned int map) {
     NAMES names;
     GRAMMAR::visit_map(map, [&names](const std::string&, const NAMES& contents) {
@@ -57,23 +61,21 @@ private:
 
 // What the name itself maps to comes first, then what its package maps to.
 void add_programmer_name(HOPS& hops, const std::string& name) {
-    constexpr char QUESTION[] = "programmer name";
-    if (!hops.add(QUESTION, PROGRAMMER, name).empty())
+    if (!hops.add(PROGRAMMER_NAME, PROGRAMMER, name).empty())
         return;
-    if (const std::string package = hops.add(QUESTION, PACKAGES, name); !package.empty())
-        hops.add(QUESTION, PROGRAMMER, package);
+    if (const std::string package = hops.add(PROGRAMMER_NAME, PACKAGES, name); !package.empty())
+        hops.add(PROGRAMMER_NAME, PROGRAMMER, package);
 }
 
 // The family of the name, else of its part file.
 void add_family(HOPS& hops, const std::string& name) {
-    constexpr char QUESTION[] = "family";
-    if (!hops.add(QUESTION, FAMILY, name).empty())
+    if (!hops.add(FAMILY_NAME, FAMILY, name).empty())
         return;
-    std::string pcf = hops.add(QUESTION, PGM_PCF, name);
+    std::string pcf = hops.add(FAMILY_NAME, PGM_PCF, name);
     if (pcf.empty())
-        pcf = hops.add(QUESTION, DEV_PCF, name);
+        pcf = hops.add(FAMILY_NAME, DEV_PCF, name);
     if (!pcf.empty())
-        hops.add(QUESTION, FAMILY, pcf);
+        hops.add(FAMILY_NAME, FAMILY, pcf);
 }
 
 std::string map_text(unsigned int map) {

@@ -80,20 +80,6 @@ std::string tool_join(const std::vector<std::string>& texts, std::string_view se
     return joined;
 }
 
-std::string tool_wrapped(const std::vector<std::string>& words, unsigned int width) {
-    constexpr char INDENT[] = "    ";
-    std::string text;
-    std::string line = " ";
-    for (const std::string& word : words) {
-        if (width != 0 && tool_text_width(line) + 1 + tool_text_width(word) > width) {
-            text += line + '\n';
-            line = INDENT;
-        }
-        line += ' ' + word;
-    }
-    return text + line + '\n';
-}
-
 namespace {
 
 bool is_continuation(char c) {

@@ -52,4 +52,8 @@ TOOL_FLASH_WHY tool_flash_why(std::span<const BYTE> answer, bool by_silicon_id, 
 void tool_write_why(const TOOL_FLASH_WHY& why, size_t device, const TOOL_WHY_TABLES& tables, const TOOL_OUTPUT& output);
 nlohmann::ordered_json tool_why_json(const TOOL_FLASH_WHY& why, const TOOL_WHY_TABLES& tables);
 
+// "  words behind each other", broken before the last column of a terminal of `width` columns (0: not broken), further
+// lines indented.
+std::string tool_wrapped(const std::vector<std::string>& words, unsigned int width);
+
 #endif

@@ -14,11 +14,11 @@ class TOOL_OUTPUT;
 
 // One look-up: the key of a map that owns a name.
 struct TOOL_NAME_HOP {
-    const char* question;    // "programmer name"
-    unsigned int map;        // below TOVREN_DEVICE_GRAMMAR_MGR::MAP_COUNT
+    const char* question; // "programmer name"
+    unsigned int map;     // below TOVREN_DEVICE_GRAMMAR_MGR::MAP_COUNT
     std::string looked_for;
-    std::string answer = {}; // the key; empty where the map does not hold the name
-    size_t count = 0;        // names under that key; of the whole map where it does not hold the name
+    std::string answer = {};            // the key; empty where the map does not hold the name
+    size_t count = 0;                   // names under that key; of the whole map where it does not hold the name
     std::vector<std::string> near = {}; // the nearest names of the map where it does not hold the name
 
     bool is_found() const { return !answer.empty(); }

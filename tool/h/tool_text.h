@@ -20,10 +20,6 @@ std::string tool_count_text(size_t count, std::string_view noun);
 // `texts` with `separator` between two.
 std::string tool_join(const std::vector<std::string>& texts, std::string_view separator);
 
-// "  words behind each other", broken before the last column of a terminal of `width` columns (0: not broken), further
-// lines indented.
-std::string tool_wrapped(const std::vector<std::string>& words, unsigned int width);
-
 // The text in a form that leaves a terminal alone: control characters and bytes that are not UTF-8 become \xNN.
 std::string tool_printable(std::string_view text);
 std::string tool_quoted(std::string_view text); // the same in quotes
