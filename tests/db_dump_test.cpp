@@ -78,7 +78,8 @@ TEST_F(DbDumpFlash, WritesRowsAsTheShippedDescriptionHasThem) {
     const auto shipped = lines_of(read_text(SHIPPED_FLASH_CSV));
     const auto lines = lines_of(dumped(std::string(SHIPPED_DATABASE_ROOT) + "/programmer/pgm_flash.pcf").text);
     ASSERT_EQ(shipped.size(), lines.size());
-    for (const size_t row : {0, 1, 4, 7}) // the others are comments, and limits that a database does not know
+    // The other header rows are comments, and limits that a database does not know.
+    for (const size_t row : {size_t{0}, size_t{1}, size_t{4}, size_t{7}})
         EXPECT_EQ(shipped[row], lines[row]);
     for (size_t row = 8; row < lines.size(); ++row)
         EXPECT_EQ(shipped[row], lines[row]);
