@@ -69,6 +69,7 @@ void compare_size(FOUND& found) {
 
 std::string erase_sizes_text(const std::vector<std::uint64_t>& sizes) {
     std::vector<std::string> texts;
+    texts.reserve(sizes.size());
     for (const std::uint64_t size : sizes)
         texts.push_back(tool_bytes_text(size));
     return tool_join(texts, ", ");
@@ -227,6 +228,7 @@ std::string flash_text(const FOUND& found) {
 
 std::string mtds_text(const std::vector<TOOL_MTD>& mtds) {
     std::vector<std::string> texts;
+    texts.reserve(mtds.size());
     for (const TOOL_MTD& mtd : mtds)
         texts.push_back(mtd.device);
     return or_dash(tool_join(texts, ", "));

@@ -26,6 +26,7 @@ std::string yes_or_no(bool value) {
 
 std::string ways_text(const std::vector<std::string>& ways) {
     std::vector<std::string> texts;
+    texts.reserve(ways.size());
     for (const std::string& way : ways)
         texts.push_back(tool_sfdp_way_text(way));
     return texts.empty() ? "none" : tool_join(texts, "; ");
