@@ -4,6 +4,7 @@
 #include "tool_flash_definition.h"
 #include "tool_flash_definition_file.h"
 #include "tool_flash_record.h"
+#include "tool_flash_sfdp.h"
 #include "tool_output.h"
 #include "tool_text.h"
 #include "tovren_flash_manager.h"
@@ -18,6 +19,7 @@ using nlohmann::ordered_json;
 
 struct DEFINE_OPTIONS {
     std::optional<std::string> from;
+    TOOL_SFDP_OPTIONS sfdp;
     bool is_stored = false;
     bool is_removed = false;
 };
@@ -68,17 +70,20 @@ void store(const std::string& encoded) {
         throw settings_refusal(fault);
 }
 
+// `more` belongs to the JSON document.
 int finish(const std::string& encoded, const std::string& list, const DEFINE_OPTIONS& options,
-           const TOOL_OUTPUT& output) {
+           const TOOL_OUTPUT& output, const ordered_json& more = ordered_json::object()) {
     if (options.is_stored)
         store(encoded);
     note_first_entry(list);
+    ordered_json document = outcome_json(encoded, list, options.is_stored);
+    document.update(more);
     if (output.is_json())
-        output.write_json(outcome_json(encoded, list, options.is_stored));
+        output.write_json(document);
     else if (options.is_stored)
         output.write("stored " + TOVREN_FLASH_MANAGER::get_ext_flash_setting_name() + " in " +
                      tool_printable(settings_file()) + '\n');
-    else if (options.from)
+    else if (options.from || options.sfdp.file)
         output.write(encoded + '\n'); // the dialogue has printed it
     return TOOL_EXIT_DONE;
 }
@@ -108,6 +113,13 @@ int finish(const std::string& encoded, const std::string& list, const DEFINE_OPT
                      std::move(lines));
 }
 
+std::string encoded_list(const std::string& file, const std::string& list) {
+    std::string encoded = tool_encode_definitions(list);
+    if (tool_decode_definitions(encoded) != list)
+        throw TOOL_ERROR(TOOL_EXIT_REFUSED, tool_printable(file) + ": the list does not come back when it is decoded");
+    return encoded;
+}
+
 int define_from(const std::string& file, const DEFINE_OPTIONS& options, const TOOL_OUTPUT& output) {
     const TOOL_DEFINITION_FILE read = tool_read_definitions(file);
     if (!read.faults.empty())
@@ -115,10 +127,25 @@ int define_from(const std::string& file, const DEFINE_OPTIONS& options, const TO
     std::string list;
     for (const std::string& definition : read.definitions)
         TOVREN_FLASH_MANAGER::add_ini_entry(list, definition);
-    const std::string encoded = tool_encode_definitions(list);
-    if (tool_decode_definitions(encoded) != list)
-        throw TOOL_ERROR(TOOL_EXIT_REFUSED, tool_printable(file) + ": the list does not come back when it is decoded");
-    return finish(encoded, list, options, output);
+    return finish(encoded_list(file, list), list, options, output);
+}
+
+// ---- from what the chip says of itself ----
+
+int define_by_sfdp(const DEFINE_OPTIONS& options, const TOOL_OUTPUT& output) {
+    const TOOL_SFDP_OUTCOME outcome = tool_define_by_sfdp(options.sfdp, !output.is_json());
+    if (outcome.refusal) {
+        ordered_json document = {{"setting", TOVREN_FLASH_MANAGER::get_ext_flash_setting_name()},
+                                 {"encoded", nullptr},
+                                 {"stored", nullptr}};
+        document.update(outcome.document);
+        if (output.is_json())
+            output.write_json(document);
+        throw TOOL_ERROR(*outcome.refusal);
+    }
+    std::string list;
+    TOVREN_FLASH_MANAGER::add_ini_entry(list, outcome.definition);
+    return finish(encoded_list(*options.sfdp.file, list), list, options, output, outcome.document);
 }
 
 // ---- the dialogue ----
@@ -149,11 +176,27 @@ int remove_setting(const TOOL_OUTPUT& output) {
     return TOOL_EXIT_DONE;
 }
 
+void confirm_options(const DEFINE_OPTIONS& options) {
+    const bool has_sfdp_options = options.sfdp.file || options.sfdp.id || !options.sfdp.members.empty();
+    std::string fault;
+    if (options.is_removed && (options.from || options.is_stored || has_sfdp_options))
+        fault = "--remove stands alone";
+    else if (options.from && options.sfdp.file)
+        fault = "give either --from or --sfdp";
+    else if (has_sfdp_options && !options.sfdp.file)
+        fault = "--id and --member go with --sfdp FILE";
+    else if (options.sfdp.file && !options.sfdp.id)
+        fault = "--sfdp needs --id BYTES: the table does not hold the identification";
+    if (!fault.empty())
+        throw tool_usage_error("flash define", fault);
+}
+
 int define(const DEFINE_OPTIONS& options, const TOOL_OUTPUT& output) {
-    if (options.is_removed && (options.from || options.is_stored))
-        throw tool_usage_error("flash define", "--remove stands alone");
+    confirm_options(options);
     if (options.is_removed)
         return remove_setting(output);
+    if (options.sfdp.file)
+        return define_by_sfdp(options, output);
     return options.from ? define_from(*options.from, options, output) : define_by_dialogue(options, output);
 }
 
@@ -162,7 +205,11 @@ std::string define_help() {
                        "of up to three, with the members below. A value is a number in the question's\n"
                        "unit, true or false, or a text as it would be typed: 18 is eighteen, \"18\" is\n"
                        "hexadecimal where the question says so. A load of the flash database applies\n"
-                       "the first flash.\n\n";
+                       "the first flash.\n\n"
+                       "With --sfdp one flash is defined from the chip's own parameter table, as raw bytes or\n"
+                       "a hex dump, and its identification. What these do not tell comes from a record of the\n"
+                       "same maker and series, or from --member, which goes before the table; its VALUE is\n"
+                       "typed as at the question. Standard error says where each member comes from.\n\n";
     constexpr size_t MEMBER_WIDTH = 22;
     for (const TOVREN_FLASH_PROMPT& prompt : TOVREN_FLASH_MANAGER::get_flash_prompts()) {
         const std::string member = prompt.member;
@@ -180,9 +227,12 @@ void tool_add_define_verb(TOOL_GROUP& flash) {
     const auto defined = std::make_shared<DEFINE_OPTIONS>();
     flash
         .add_verb(
-            "define", "Define up to three flashes of your own: by a dialogue, or from a file",
+            "define", "Define flashes of your own: by a dialogue, from a file, or from a chip's own table",
             [defined](const TOOL_OUTPUT& output) { return define(*defined, output); }, TOOL_SETTINGS_USE::MAKES)
         .option("--from", "FILE", defined->from, "Read the definitions from a JSON file; - is standard input")
+        .option("--sfdp", "FILE", defined->sfdp.file, "Define one from a parameter table (SFDP); - is standard input")
+        .option("--id", "BYTES", defined->sfdp.id, "With --sfdp: its identification, 20BA18 or \"20 BA 18\"")
+        .options("--member", "NAME=VALUE", defined->sfdp.members, "With --sfdp: a member's value; may be repeated")
         .flag("--store", defined->is_stored, "Put the encoded text into the settings file")
         .flag("--remove", defined->is_removed, "Take it out of the settings file again")
         .footer(define_help().c_str());

@@ -27,8 +27,7 @@ constexpr double LARGEST_WHOLE = 9007199254740992.0; // up to here a double hold
 // ---- one answer ----
 
 std::string quoted_question(const TOVREN_FLASH_PROMPT& prompt) {
-    const std::string question = prompt.question;
-    return " (" + question.substr(0, question.rfind(" :")) + ')';
+    return " (" + tool_flash_question(prompt) + ')';
 }
 
 const char* reason_of(TOVREN_FLASH_ANSWER_ENUM outcome) {
@@ -100,6 +99,11 @@ std::string answer_of(const TOVREN_FLASH_PROMPT& prompt, const ordered_json& val
     return answer_with(prompt, static_cast<long long>(number), answer);
 }
 
+std::string fault_of(const TOVREN_FLASH_PROMPT& prompt, const std::string& answer, std::string& field) {
+    const auto outcome = TOVREN_FLASH_MANAGER::check_flash_answer(prompt, answer, field);
+    return outcome == TOVREN_FLASH_ANSWER_GOOD ? "" : reason_of(outcome);
+}
+
 std::string shown(const ordered_json& value) {
     if (value.is_structured())
         return value.is_object() ? "an object" : "an array";
@@ -131,23 +135,9 @@ private:
 
 // Keys that name no member that is asked for.
 void FLASH_READER::find_strangers(const ordered_json& flash) {
-    const auto prompts = TOVREN_FLASH_MANAGER::get_flash_prompts();
-    std::vector<std::string> asked;
-    for (const TOVREN_FLASH_PROMPT& prompt : prompts)
-        if (prompt.question)
-            asked.emplace_back(prompt.member);
-    for (const auto& [key, value] : flash.items()) {
-        const auto known =
-            std::find_if(prompts.begin(), prompts.end(),
-                         [&key = key](const TOVREN_FLASH_PROMPT& prompt) { return key == prompt.member; });
-        if (known == prompts.end()) {
-            const std::string guess = tool_did_you_mean(tool_nearest_names(key, asked));
-            complain(key, "there is no such member" + (guess.empty() ? "" : ". " + guess));
-        } else if (!known->question) {
-            complain(key, known->fixed ? "it is not asked for; it is always " + std::string(known->fixed)
-                                       : "it is not asked for; it follows from device_bit_size");
-        }
-    }
+    for (const auto& [key, value] : flash.items())
+        if (const std::string fault = tool_flash_member_fault(key); !fault.empty())
+            complain(key, fault);
 }
 
 void FLASH_READER::read_member(const TOVREN_FLASH_PROMPT& prompt, const ordered_json& flash, std::string& field) {
@@ -156,11 +146,8 @@ void FLASH_READER::read_member(const TOVREN_FLASH_PROMPT& prompt, const ordered_
         return complain(prompt.member, "it is missing" + quoted_question(prompt));
     std::string answer;
     std::string reason = answer_of(prompt, *place, answer);
-    if (reason.empty()) {
-        const auto outcome = TOVREN_FLASH_MANAGER::check_flash_answer(prompt, answer, field);
-        if (outcome != TOVREN_FLASH_ANSWER_GOOD)
-            reason = reason_of(outcome);
-    }
+    if (reason.empty())
+        reason = fault_of(prompt, answer, field);
     if (!reason.empty())
         complain(prompt.member, shown(*place) + ' ' + reason + quoted_question(prompt));
 }
@@ -255,6 +242,34 @@ void read_flashes(const ordered_json& document, TOOL_DEFINITION_FILE& result) {
 }
 
 } // namespace
+
+std::string tool_flash_question(const TOVREN_FLASH_PROMPT& prompt) {
+    const std::string question = prompt.question;
+    return question.substr(0, question.rfind(" :"));
+}
+
+std::string tool_flash_answer_fault(const TOVREN_FLASH_PROMPT& prompt, const std::string& text, std::string& field) {
+    std::string answer;
+    const std::string fault = answer_with(prompt, text, answer);
+    return fault.empty() ? fault_of(prompt, answer, field) : fault;
+}
+
+std::string tool_flash_member_fault(const std::string& member) {
+    const auto prompts = TOVREN_FLASH_MANAGER::get_flash_prompts();
+    const auto known = std::find_if(prompts.begin(), prompts.end(),
+                                    [&member](const TOVREN_FLASH_PROMPT& prompt) { return member == prompt.member; });
+    if (known != prompts.end() && known->question)
+        return "";
+    if (known != prompts.end())
+        return known->fixed ? "it is not asked for; it is always " + std::string(known->fixed)
+                            : "it is not asked for; it follows from device_bit_size";
+    std::vector<std::string> asked;
+    for (const TOVREN_FLASH_PROMPT& prompt : prompts)
+        if (prompt.question)
+            asked.emplace_back(prompt.member);
+    const std::string guess = tool_did_you_mean(tool_nearest_names(member, asked));
+    return "there is no such member" + (guess.empty() ? "" : ". " + guess);
+}
 
 std::string TOOL_DEFINITION_FAULT::text() const {
     std::string text = flash == 0 ? "" : "flash " + std::to_string(flash) + ": ";

@@ -15,10 +15,11 @@ constexpr size_t LEAST_BYTES = 3;
 constexpr char COMMAND[] = "flash identify";
 constexpr char STANDARD_INPUT[] = "-";
 
-TOOL_ERROR bad_id(const std::string& place, const std::string& text, const std::string& fault,
-                  std::vector<std::string> details = {}) {
-    return tool_usage_error(COMMAND, place + ", " + tool_quoted(text) + ": " + fault, std::move(details));
-}
+// What is wrong with an identification, and what to do about it.
+struct ID_FAULT {
+    std::string fault = {};
+    std::vector<std::string> details = {};
+};
 
 int digit_value(char digit) {
     if (digit >= '0' && digit <= '9')
@@ -43,22 +44,32 @@ std::string add_group(std::string_view group, std::vector<unsigned char>& bytes)
     return "";
 }
 
-TOOL_FLASH_ID read_id(const std::string& text, const std::string& place, bool is_silicon_id) {
+// An empty fault where the bytes are good.
+ID_FAULT read_bytes(const std::string& text, bool is_silicon_id, std::vector<unsigned char>& bytes) {
     std::vector<std::string> groups;
     gen_tokenize(text, " \t\r\n,:", groups);
     if (groups.empty())
-        throw bad_id(place, text, "there are no digits");
-    TOOL_FLASH_ID id;
+        return {"there are no digits"};
     for (const std::string& group : groups)
-        if (const std::string fault = add_group(group, id.bytes); !fault.empty())
-            throw bad_id(place, text, fault);
-    if (!is_silicon_id && id.bytes.size() < LEAST_BYTES) {
-        throw bad_id(place, text,
-                     "a device ID has at least three bytes, this is " + tool_count_text(id.bytes.size(), "byte"),
-                     {"Bytes with blanks between go in quotes (\"20 BA 18\"); for a silicon ID add --silicon-id."});
-    }
-    if (id.bytes.size() > MOST_BYTES)
-        throw bad_id(place, text, "at most 256 bytes are taken, this is " + tool_count_text(id.bytes.size(), "byte"));
+        if (const std::string fault = add_group(group, bytes); !fault.empty())
+            return {fault};
+    const std::string count = tool_count_text(bytes.size(), "byte");
+    if (!is_silicon_id && bytes.size() < LEAST_BYTES)
+        return {"a device ID has at least three bytes, this is " + count,
+                {"Bytes with blanks between go in quotes (\"20 BA 18\")"}};
+    if (bytes.size() > MOST_BYTES)
+        return {"at most 256 bytes are taken, this is " + count};
+    return {};
+}
+
+TOOL_FLASH_ID read_id(const std::string& text, const std::string& place, bool is_silicon_id) {
+    TOOL_FLASH_ID id;
+    ID_FAULT fault = read_bytes(text, is_silicon_id, id.bytes);
+    if (!fault.details.empty())
+        fault.details.back() += "; for a silicon ID add --silicon-id.";
+    if (!fault.fault.empty())
+        throw tool_usage_error(COMMAND, place + ", " + tool_quoted(text) + ": " + fault.fault,
+                               std::move(fault.details));
     return id;
 }
 
@@ -76,6 +87,17 @@ void read_standard_input(std::vector<TOOL_FLASH_ID>& ids, bool is_silicon_id) {
 
 std::string TOOL_FLASH_ID::text() const {
     return tool_hex_text(bytes.data(), bytes.size());
+}
+
+TOOL_FLASH_ID tool_read_flash_id(const std::string& text, const std::string& command, const std::string& option) {
+    TOOL_FLASH_ID id;
+    ID_FAULT fault = read_bytes(text, false, id.bytes);
+    if (!fault.details.empty())
+        fault.details.back() += '.';
+    if (!fault.fault.empty())
+        throw tool_usage_error(command, option + ", " + tool_quoted(text) + ": " + fault.fault,
+                               std::move(fault.details));
+    return id;
 }
 
 std::vector<TOOL_FLASH_ID> tool_read_flash_ids(const std::vector<std::string>& arguments, bool is_silicon_id) {

@@ -113,6 +113,10 @@ void tool_note(std::string_view text) {
     std::fprintf(stderr, "%.*s\n", static_cast<int>(text.size()), text.data());
 }
 
+unsigned int tool_note_width() {
+    return terminal_width(STDERR_FILENO);
+}
+
 void tool_complain(std::string_view message) {
     std::cout.flush();
     const bool is_coloured = has_colour(STDERR_FILENO);

@@ -131,6 +131,13 @@ bool tool_sfdp_needs_four_bytes(const SFDP_TABLE& table) {
     return table.address_mode == SFDP_ADDRESS_MODE::FOUR || table.density_bits > MOST_BITS_OF_3_ADDRESS_BYTES;
 }
 
+bool tool_sfdp_tells_four_bytes(const SFDP_TABLE& table) {
+    if (table.address_mode == SFDP_ADDRESS_MODE::FOUR)
+        return true;
+    return table.address_mode == SFDP_ADDRESS_MODE::THREE_OR_FOUR &&
+           (tool_sfdp_has_four_byte_instructions(table) || (table.enter_4byte && !table.enter_4byte->empty()));
+}
+
 std::string tool_sfdp_milliseconds_text(std::uint64_t milliseconds) {
     constexpr std::uint64_t SECOND = 1000;
     if (milliseconds < SECOND)

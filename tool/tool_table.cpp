@@ -36,7 +36,22 @@ void TOOL_TABLE::write(const TOOL_OUTPUT& output) const {
         output.write(cells_text());
         return;
     }
-    output.write(rows_text(shown, output));
+    output.write(output.bold(titles_text(shown)) + '\n' + rows_text(shown));
+    note_left_out(shown);
+}
+
+void TOOL_TABLE::note() const {
+    const unsigned int width = tool_note_width();
+    const COLUMNS shown = fitting_columns(width == 0 ? std::string::npos : width);
+    std::string text = shown.empty() ? cells_text() : titles_text(shown) + '\n' + rows_text(shown);
+    if (text.ends_with('\n'))
+        text.pop_back();
+    tool_note(text);
+    if (!shown.empty())
+        note_left_out(shown);
+}
+
+void TOOL_TABLE::note_left_out(const COLUMNS& shown) const {
     if (shown.size() < m_columns.size())
         tool_note("(" + tool_count_text(m_columns.size() - shown.size(), "column") +
                   " left out: the terminal is too narrow)");
@@ -76,11 +91,15 @@ std::string TOOL_TABLE::line(const COLUMNS& shown, const std::vector<std::string
     return text;
 }
 
-std::string TOOL_TABLE::rows_text(const COLUMNS& shown, const TOOL_OUTPUT& output) const {
+std::string TOOL_TABLE::titles_text(const COLUMNS& shown) const {
     std::vector<std::string> titles;
     for (const TOOL_COLUMN& column : m_columns)
         titles.push_back(column.title);
-    std::string text = output.bold(line(shown, titles)) + '\n';
+    return line(shown, titles);
+}
+
+std::string TOOL_TABLE::rows_text(const COLUMNS& shown) const {
+    std::string text;
     for (const auto& row : m_rows)
         text += line(shown, row) + '\n';
     return text;

@@ -49,6 +49,8 @@ public:
     TOOL_VERB& argument(const char* name, std::optional<std::string>& value, const char* help);
     TOOL_VERB& arguments(const char* name, std::vector<std::string>& values, const char* help); // one or more
     TOOL_VERB& option(const char* name, const char* placeholder, std::optional<std::string>& value, const char* help);
+    // An option that may be repeated, one value each time.
+    TOOL_VERB& options(const char* name, const char* placeholder, std::vector<std::string>& values, const char* help);
     TOOL_VERB& flag(const char* name, bool& value, const char* help);
     TOOL_VERB& footer(const char* text); // below the help
 

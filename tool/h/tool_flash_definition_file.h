@@ -6,8 +6,20 @@
 #ifndef TOOL_FLASH_DEFINITION_FILE_H
 #define TOOL_FLASH_DEFINITION_FILE_H
 
+#include "tovren_flash_definition.h"
+
 #include <string>
 #include <vector>
+
+// The question of a member that is asked for: "Memory ID (hex) [1 - FE]".
+std::string tool_flash_question(const TOVREN_FLASH_PROMPT& prompt);
+
+// Checks what a person types at a member's question. Empty where it is good, and then `field` is what the definition
+// holds for it; otherwise why it is refused: "is out of range".
+std::string tool_flash_answer_fault(const TOVREN_FLASH_PROMPT& prompt, const std::string& text, std::string& field);
+
+// Why no value can be given for a member of that name; empty where one can.
+std::string tool_flash_member_fault(const std::string& member);
 
 struct TOOL_DEFINITION_FAULT {
     unsigned int flash = 0;  // from 1; 0 for the file as a whole

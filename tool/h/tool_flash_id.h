@@ -18,4 +18,7 @@ struct TOOL_FLASH_ID {
 // where `#` begins a comment. A bad one is wrong usage, named by its argument or its line. Never empty.
 std::vector<TOOL_FLASH_ID> tool_read_flash_ids(const std::vector<std::string>& arguments, bool is_silicon_id);
 
+// One device ID that an option of a command gives, with the same spellings.
+TOOL_FLASH_ID tool_read_flash_id(const std::string& text, const std::string& command, const std::string& option);
+
 #endif

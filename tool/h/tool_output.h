@@ -55,6 +55,9 @@ private:
 // A message for people, on standard error: the lines below the first are indented.
 void tool_note(std::string_view text);
 
+// Columns of the terminal that notes go to; 0 where they go elsewhere.
+unsigned int tool_note_width();
+
 // "tovren: MESSAGE", on standard error.
 void tool_complain(std::string_view message);
 

@@ -37,6 +37,10 @@ bool tool_sfdp_has_four_byte_instructions(const SFDP_TABLE& table);
 // More than three address bytes reach all of it, or it takes no fewer than four.
 bool tool_sfdp_needs_four_bytes(const SFDP_TABLE& table);
 
+// The table says how: such instructions, or a way to change the mode. One that says "three address bytes only" does
+// not, whatever else it names.
+bool tool_sfdp_tells_four_bytes(const SFDP_TABLE& table);
+
 std::string tool_sfdp_milliseconds_text(std::uint64_t milliseconds); // "420 ms", "5.376 s"
 
 #endif

@@ -25,6 +25,9 @@ public:
 
     void write(const TOOL_OUTPUT& output) const;
 
+    // The same on standard error, for what is no result.
+    void note() const;
+
 private:
     using COLUMNS = std::vector<size_t>; // the columns that are shown
 
@@ -32,7 +35,9 @@ private:
     size_t table_width(const COLUMNS& shown) const;
     COLUMNS fitting_columns(size_t width) const;
     std::string line(const COLUMNS& shown, const std::vector<std::string>& cells) const;
-    std::string rows_text(const COLUMNS& shown, const TOOL_OUTPUT& output) const;
+    std::string titles_text(const COLUMNS& shown) const;
+    std::string rows_text(const COLUMNS& shown) const;
+    void note_left_out(const COLUMNS& shown) const;
     std::string cells_text() const;
 
     std::vector<TOOL_COLUMN> m_columns;
