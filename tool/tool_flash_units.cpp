@@ -63,7 +63,10 @@ bool is_good(const TOVREN_FLASH_PROMPT& prompt, const std::string& answer) {
 // The answer that a figure in a unit is; empty for none.
 std::string answer_in(const TOVREN_FLASH_PROMPT& prompt, const UNIT& unit, unsigned long long figure) {
     const unsigned long long scaled = figure * unit.numerator;
-    if (std::strcmp(unit.member, prompt.member) != 0 || (unit.is_exact && scaled % unit.denominator != 0))
+    if (std::strcmp(unit.member, prompt.member) != 0)
+        return "";
+    // A size is whole; a time that is nowhere near one of the question's unit was not meant.
+    if (unit.is_exact ? scaled % unit.denominator != 0 : scaled * 10 < unit.denominator)
         return "";
     std::string answer = std::to_string((scaled + unit.denominator - 1) / unit.denominator);
     return is_good(prompt, answer) ? answer : "";
