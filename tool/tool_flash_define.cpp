@@ -206,10 +206,10 @@ std::string define_help() {
                        "unit, true or false, or a text as it would be typed: 18 is eighteen, \"18\" is\n"
                        "hexadecimal where the question says so. A load of the flash database applies\n"
                        "the first flash.\n\n"
-                       "With --sfdp one flash is defined from the chip's own parameter table, as raw bytes or\n"
-                       "a hex dump, and its identification. What these do not tell comes from a record of the\n"
-                       "same maker and series, or from --member, which goes before the table; its VALUE is\n"
-                       "typed as at the question. Standard error says where each member comes from.\n\n";
+                       "With --sfdp one flash is defined from the chip's own parameter table, raw bytes or\n"
+                       "a hex dump, and its identification. What these do not tell comes from a record of\n"
+                       "the same maker and series, or from --member, which goes before the table; VALUE\n"
+                       "is typed as at the question. Standard error says where each member comes from.\n\n";
     constexpr size_t MEMBER_WIDTH = 22;
     for (const TOVREN_FLASH_PROMPT& prompt : TOVREN_FLASH_MANAGER::get_flash_prompts()) {
         const std::string member = prompt.member;

@@ -201,7 +201,10 @@ std::optional<TOOL_ERROR> refusal(const std::string& file, const RUN& run) {
     const auto missing = std::count_if(run.members.begin(), run.members.end(), is_missing);
     const std::string count =
         missing == 0 ? "" : "; " + tool_count_text(static_cast<size_t>(missing), "member") + " to be given";
-    if (!run.siblings.absence.empty() && missing != 0)
+    const bool is_untold = std::any_of(run.members.begin(), run.members.end(), [](const TOOL_SFDP_MEMBER& member) {
+        return is_missing(member) && member.fault.empty();
+    });
+    if (!run.siblings.absence.empty() && is_untold)
         lines.push_back("no record tells them: " +
                         (run.database.absence.empty() ? run.siblings.absence : run.database.absence));
     lines.emplace_back("next: give them and run the command again; nothing was stored");
@@ -301,7 +304,7 @@ void note_known(const RUN& run) {
     for (const unsigned int index : run.known)
         names.push_back(tool_printable(run.database.manager->get_flash(index)->device_name) + " [" +
                         std::to_string(index) + ']');
-    tool_note("note: " + run.id.text() + " is known, the first of these answers now: " + tool_join(names, ", ") +
+    tool_note("note: " + run.id.text() + " is known; now the first of these answers: " + tool_join(names, ", ") +
               "; a stored definition answers before them, as index 0" +
               (run.database.has_external() ? ", in the place of the one that is stored now" : ""));
 }

@@ -5,6 +5,7 @@
 #include "tool_text.h"
 
 #include <algorithm>
+#include <map>
 
 namespace {
 
@@ -13,6 +14,7 @@ constexpr unsigned char CONTINUATION = 0x7F;
 constexpr unsigned char MAKER_WITH_TWO_ROWS = 0xC2;
 constexpr std::uint64_t MOST_BITS_OF_3_ADDRESS_BYTES = 0x8000000;
 constexpr size_t ID_BYTES = 3;
+constexpr char DENSITY_KIND[] = "density";
 
 class CHECKER {
 public:
@@ -75,14 +77,14 @@ std::vector<std::string> CHECKER::densities_of_identification(bool& agrees) cons
         voices.push_back("the capacity byte " + tool_hex_text(&m_id[2], 1) + " of " + id_text() + " means " +
                          tool_bits_text(*bits));
     }
-    for (const TOVREN_SFL_FLASH_INFO* record : m_records) {
-        if (!is_answered_by(*record))
-            continue;
-        agrees = agrees || record->device_bit_size == m_table.density_bits;
-        const std::string voice =
-            "the record " + tool_printable(record->device_name) + " has " + tool_bits_text(record->device_bit_size);
-        if (std::find(voices.begin(), voices.end(), voice) == voices.end())
-            voices.push_back(voice);
+    std::map<DWORD, size_t> counts;
+    for (const TOVREN_SFL_FLASH_INFO* record : m_records)
+        if (is_answered_by(*record))
+            ++counts[record->device_bit_size];
+    for (const auto& [bits, count] : counts) {
+        agrees = agrees || bits == m_table.density_bits;
+        voices.push_back(tool_count_text(count, "record") + " of " + id_text() + (count == 1 ? " has " : " have ") +
+                         tool_bits_text(bits));
     }
     return voices;
 }
@@ -96,7 +98,7 @@ void CHECKER::check_density() {
                                              " follows no common code, and nothing else says how large the chip is");
     if (agrees)
         return;
-    m_found.push_back({"density", of_table + "; " + tool_join(voices, ", "), !is_given("device_bit_size"),
+    m_found.push_back({DENSITY_KIND, of_table + "; " + tool_join(voices, ", "), !is_given("device_bit_size"),
                        "read both again; --member device_bit_size=NUMBER (Mbit) decides"});
 }
 
@@ -143,8 +145,11 @@ void CHECKER::check_geometry() {
 }
 
 void CHECKER::check_given_geometry() {
+    const bool is_told = std::any_of(m_found.begin(), m_found.end(), [](const TOOL_SFDP_CONTRADICTION& contradiction) {
+        return std::string_view(contradiction.kind) == DENSITY_KIND;
+    });
     if (const auto bits = number("device_bit_size");
-        is_given("device_bit_size") && bits && *bits != m_table.density_bits)
+        !is_told && is_given("device_bit_size") && bits && *bits != m_table.density_bits)
         warn("given_density", "device_bit_size is given as " + tool_bits_text(*bits) + ", the table says " +
                                   tool_bits_text(m_table.density_bits));
     if (const auto sector = number("device_sector_byte");

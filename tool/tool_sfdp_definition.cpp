@@ -24,6 +24,10 @@ constexpr std::uint32_t SECTOR_UNIT = 1 << 10;
 constexpr BYTE NO_BYTE = 0xFF; // of a divisor
 constexpr char UNKNOWN_VOLTAGE[] = "UNKNOWN";
 
+// What differs within a series with the density.
+constexpr std::string_view BY_DENSITY_LIST[] = {"die_count", "bulk_erase_time", "protection_mask", "protection_value",
+                                                "bottom_value"};
+
 // A value that a source offers: the answer as a person would type it, or why there is none.
 struct OFFER {
     std::string answer = {};
@@ -60,7 +64,7 @@ OPTIONAL_OFFER extended_mode_of(const SFDP_TABLE& table, const MEMBERS&) {
 OPTIONAL_OFFER density_of(const SFDP_TABLE& table, const MEMBERS&) {
     const bool is_whole = table.density_bits % MBIT == 0;
     return OFFER{is_whole ? std::to_string(table.density_bits / MBIT) : "", tool_bits_text(table.density_bits),
-                 TOOL_SURENESS::COMPARED, "", is_whole ? "is no whole number of Mbit" : ""};
+                 TOOL_SURENESS::COMPARED, "", is_whole ? "" : "is no whole number of Mbit"};
 }
 
 OPTIONAL_OFFER sector_of(const SFDP_TABLE& table, const MEMBERS&) {
@@ -115,7 +119,9 @@ OPTIONAL_OFFER program_time_of(const SFDP_TABLE& table, const MEMBERS&) {
         return std::nullopt;
     const std::string longest = std::to_string(*table.page_program_max_us);
     return OFFER{longest, longest + " us", TOOL_SURENESS::KNOWN,
-                 "longest of a page of " + tool_bytes_text(table.page_bytes)};
+                 "longest of a page of " + tool_bytes_text(table.page_bytes) + ' ' +
+                     std::to_string(table.page_program_typ_us.value_or(0)) + " us x " +
+                     std::to_string(table.program_max_factor.value_or(1)) + " = " + longest + " us"};
 }
 
 struct TABLE_READER {
@@ -164,7 +170,7 @@ OPTIONAL_OFFER from_identification(const char* member, const TOOL_SFDP_SOURCES& 
             continue;
         const size_t place = place_of(byte, sources);
         const std::string text = hex_answer(sources.id[place]);
-        return OFFER{text, text, TOOL_SURENESS::GIVEN, "byte " + std::to_string(place)};
+        return OFFER{text, text, TOOL_SURENESS::GIVEN};
     }
     return std::nullopt;
 }
@@ -209,7 +215,7 @@ class RECORD_READER {
 public:
     RECORD_READER(const TOOL_SFDP_SOURCES& sources, const MEMBERS& members)
         : m_table(sources.table), m_id(sources.id), m_records(sources.siblings.records),
-          m_series(sources.siblings.series), m_members(members) {}
+          m_series(sources.siblings.series), m_bits(sources.bits), m_members(members) {}
 
     OPTIONAL_OFFER read(const TOVREN_FLASH_PROMPT& prompt) const;
 
@@ -227,6 +233,7 @@ private:
     std::span<const unsigned char> m_id;
     const TOOL_FLASH_RECORDS& m_records;
     const std::string& m_series;
+    unsigned long long m_bits;
     const MEMBERS& m_members;
 };
 
@@ -244,7 +251,7 @@ bool RECORD_READER::tells(const std::string& member, const TOVREN_SFL_FLASH_INFO
     if (member == "device_name")
         return is_same_answer(record) && is_only_name();
     if (member == "bulk_erase_time")
-        return record.device_bit_size >= number("device_bit_size");
+        return record.device_bit_size >= m_bits;
     if (member == "sec_erase_time")
         return record.device_sector_byte == number("device_sector_byte");
     if (member == "extended_mode")
@@ -258,8 +265,10 @@ bool RECORD_READER::tells(const std::string& member, const TOVREN_SFL_FLASH_INFO
 std::string RECORD_READER::note(const TOVREN_FLASH_PROMPT& prompt, const TOVREN_SFL_FLASH_INFO& record,
                                 const std::string& answer) const {
     std::string note;
-    if (record.device_bit_size != m_table.density_bits)
-        note = "a chip of " + tool_bits_text(record.device_bit_size);
+    const bool depends_on_density = std::find(std::begin(BY_DENSITY_LIST), std::end(BY_DENSITY_LIST),
+                                              std::string_view(prompt.member)) != std::end(BY_DENSITY_LIST);
+    if (depends_on_density && record.device_bit_size != m_bits)
+        note = "of a chip of " + tool_bits_text(record.device_bit_size);
     const auto others = std::count_if(m_records.begin(), m_records.end(), [&](const TOVREN_SFL_FLASH_INFO* other) {
         return tells(prompt.member, *other) && answer_of_record(prompt, *other) != answer;
     });
