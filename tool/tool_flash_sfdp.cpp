@@ -9,6 +9,7 @@
 #include "tool_sfdp_check.h"
 #include "tool_sfdp_definition.h"
 #include "tool_sfdp_file.h"
+#include "tool_sfdp_words.h"
 #include "tool_table.h"
 #include "tool_text.h"
 #include "tovren_flash_manager.h"
@@ -317,8 +318,8 @@ void note_run(const RUN& run) {
     if (run.id.bytes.size() > ID_BYTES)
         tool_note("note: a definition compares the first three bytes of " + run.id.text());
     note_known(run);
-    if (!run.table.warnings.empty())
-        tool_note("note: the table is odd: " + tool_join(run.table.warnings, ", "));
+    for (const std::string& warning : run.table.warnings)
+        tool_note("note: " + tool_sfdp_warning_text(warning));
     for (const TOOL_SFDP_CONTRADICTION& contradiction : run.contradictions)
         if (!contradiction.is_stopping)
             tool_note("warning: " + contradiction.text);

@@ -6,7 +6,7 @@ members='manufacturer_name=NOVA device_name=QXN25 extended_mode=N micron_flow=N 
     protection_value=3C unprotect_value=0 protection_division=-1 bottom_value=6 sdm_support=N asc_voltage=1.8V'
 attempt() { # IMAGE ID [MEMBER]...: what it says but for the table of members
     echo "[$*]"
-    "$SUPPORT/sfdp_image.py" "$1" > table.bin
+    python3 "$SUPPORT/sfdp.py" image "$1" > table.bin
     # shellcheck disable=SC2046
     tovren flash define --sfdp table.bin --id "$2" $(printf -- '--member %s ' "${@:3}") > text 2> told
     echo "exit $?, $(wc -l < text) text"

@@ -1,7 +1,7 @@
 # One document says what was made, from what, and what does not fit together.
 database "$SUPPORT/../../../data/flash.csv"
 export TOVREN_DB_ROOT=db
-"$SUPPORT/sfdp_image.py" 'W25Q02NW / W25H02NW (ids EF8022, EFA022)' > table.bin
+python3 "$SUPPORT/sfdp.py" image 'W25Q02NW / W25H02NW (ids EF8022, EFA022)' > table.bin
 tovren --json flash define --sfdp table.bin --id EF8022 --member device_name=W25Q02NW > missing.json 2> told
 echo "$?"
 wc -l < told

@@ -1,7 +1,7 @@
 # Wrong usage ends with 2, an image or a file that is refused with 3.
 database "$DATA/chain.csv"
 export TOVREN_DB_ROOT=db
-"$SUPPORT/sfdp_image.py" W25Q64JV > table.bin
+python3 "$SUPPORT/sfdp.py" image W25Q64JV > table.bin
 attempt() {
     echo "[$*]"
     tovren flash define "$@" 2>&1
@@ -22,7 +22,7 @@ attempt --sfdp table.bin --id EF4017 --member die_count=1 --member die_count=2
 attempt --sfdp missing.bin --id EF4017
 attempt --sfdp . --id EF4017
 for image in all_ff bfpt_cut_by_one_byte density_all_ones; do
-    "$SUPPORT/sfdp_image.py" $image > broken.bin
+    python3 "$SUPPORT/sfdp.py" image $image > broken.bin
     attempt --sfdp broken.bin --id EF4017 --store
 done
 echo '00000000: 5346 44zz 0001' | attempt --sfdp - --id EF4017

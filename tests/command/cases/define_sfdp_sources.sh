@@ -1,13 +1,13 @@
 # Where each member comes from stands on standard error, the encoded text alone on standard output.
 database "$SUPPORT/../../../data/flash.csv"
 export TOVREN_DB_ROOT=db
-"$SUPPORT/sfdp_image.py" 'MT25QU256A' > mt.bin
+python3 "$SUPPORT/sfdp.py" image 'MT25QU256A' > mt.bin
 tovren flash define --sfdp mt.bin --id 20BB1A --member device_name=mt25qu512b --member device_bit_size=512 \
     --member bulk_erase_time=900 > text
 echo "$?"
 tovren flash definition decode "$(< text)" | cut -d'#' -f1
 # Records of another density give neither the times nor the name, and one of no known voltage no voltage.
-"$SUPPORT/sfdp_image.py" 'W25Q64JWM' > w25.bin
+python3 "$SUPPORT/sfdp.py" image 'W25Q64JWM' > w25.bin
 tovren flash define --sfdp w25.bin --id EF8017 2>&1 > text | sed -n '1,3p;18,28p;34p'
 wc -l < text
 tovren flash define --sfdp w25.bin --id EF8018 --member device_bit_size=128 --member device_name=W25M128 2>&1 | tail -20

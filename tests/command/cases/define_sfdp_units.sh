@@ -1,7 +1,7 @@
 # A figure in another unit, and a number with what does not belong to it, are named with what they would be.
 database "$SUPPORT/../../../data/flash.csv"
 export TOVREN_DB_ROOT=db
-"$SUPPORT/sfdp_image.py" W25Q64JV > table.bin
+python3 "$SUPPORT/sfdp.py" image W25Q64JV > table.bin
 # shellcheck disable=SC2046
 tovren flash define --sfdp table.bin --id EF4017 --member device_name=W25Q64JV $(printf -- '--member %s ' \
     device_bit_size=8388608 device_sector_byte=65536 bulk_erase_time=280s sec_erase_time=2240 program_utime=4.3ms \
