@@ -214,7 +214,8 @@ TOOL_VERB& TOOL_VERB::option(const char* name, const char* placeholder, std::opt
 
 TOOL_VERB& TOOL_VERB::options(const char* name, const char* placeholder, std::vector<std::string>& values,
                               const char* help) {
-    m_app->add_option(name, values, help)->type_name(placeholder)->type_size(1)->allow_extra_args(false);
+    if (m_app)
+        m_app->add_option(name, values, help)->type_name(placeholder)->type_size(1)->allow_extra_args(false);
     return *this;
 }
 
