@@ -158,7 +158,7 @@ READING behind_unknown_byte(const BYTES& answer) {
 READING one_bit_sooner(const BYTES& answer) {
     READING reading = whole(answer);
     for (size_t i = 0; i < answer.size(); ++i) {
-        const unsigned int next = i + 1 < answer.size() ? answer[i + 1] : 0;
+        const unsigned int next = i + 1 < answer.size() ? answer[i + 1] : 0U;
         reading.bytes[i] = static_cast<BYTE>(answer[i] << 1U | next >> 7U);
     }
     reading.known.back() = 0xFE;
