@@ -159,7 +159,7 @@ READING one_bit_sooner(const BYTES& answer) {
     READING reading = whole(answer);
     for (size_t i = 0; i < answer.size(); ++i) {
         const unsigned int next = i + 1 < answer.size() ? answer[i + 1] : 0U;
-        reading.bytes[i] = static_cast<BYTE>(answer[i] << 1U | next >> 7U);
+        reading.bytes[i] = static_cast<BYTE>(unsigned{answer[i]} << 1U | next >> 7U);
     }
     reading.known.back() = 0xFE;
     return reading;

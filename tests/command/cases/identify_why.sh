@@ -24,7 +24,8 @@ attempt() {
     echo "$?"
 }
 attempt --why --csv nothing.csv
-attempt --why --csv "$DATA/../README.md" | tail -4
+printf "name,size\nQX1,64K\n" > parts.csv
+attempt --why --csv parts.csv
 attempt --csv flash.csv
 echo "as JSON:"
 tovren --db-root db --json flash identify 20BA18104401 905D0C --why 2> /dev/null | python3 -c '
