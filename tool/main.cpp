@@ -15,6 +15,7 @@ void add_groups(TOOL_COMMAND_LINE& line) {
     tool_add_params_group(line);
     tool_add_sfdp_group(line);
     tool_add_hps_group(line);
+    tool_add_report_verb(line);
 }
 
 } // namespace

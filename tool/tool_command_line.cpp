@@ -150,6 +150,14 @@ TOOL_GROUP TOOL_COMMAND_LINE::add_group(const char* name, const char* help) {
     return {*this, is_expected(name) ? group : nullptr};
 }
 
+TOOL_VERB TOOL_COMMAND_LINE::add_verb(const char* name, const char* help, TOOL_ACTION action) {
+    CLI::App* verb = m_app->add_subcommand(name, help);
+    verb->fallthrough();
+    verb->footer(VERB_FOOTER);
+    m_actions.push_back({verb, std::move(action), TOOL_SETTINGS_USE::READS});
+    return TOOL_VERB(is_expected(name) ? verb : nullptr);
+}
+
 TOOL_GROUP TOOL_GROUP::add_group(const char* name, const char* help) {
     CLI::App* group = m_app ? add_group_to(*m_app, name, help) : nullptr;
     return {m_line, m_line.is_expected(name) ? group : nullptr};

@@ -1,8 +1,8 @@
 // `tovren device`: the group's verbs.
 #include "tool_command_line.h"
 #include "tool_csv.h"
-#include "tool_database.h"
 #include "tool_device_catalogue.h"
+#include "tool_device_database.h"
 #include "tool_device_record.h"
 #include "tool_error.h"
 #include "tool_file.h"
@@ -19,14 +19,6 @@
 namespace {
 
 using KIND = TOOL_CATALOGUE_VALUE::KIND;
-
-std::unique_ptr<TOVREN_DEV_INFO_MANAGER> load_devices(unsigned int debug_mode = 0) {
-    const auto advise = [](const TOOL_REPORT& report) {
-        return tool_database_advice(TOOL_DEVICE_DATABASE, report.condition());
-    };
-    return tool_over_file(tool_database_path(TOOL_DEVICE_DATABASE), advise,
-                          [&] { return std::make_unique<TOVREN_DEV_INFO_MANAGER>(false, debug_mode); });
-}
 
 // ---- generate ----
 
@@ -156,7 +148,7 @@ int show(const SHOW_OPTIONS& options, const TOOL_OUTPUT& output) {
     const auto value = tool_find_value(question.kind, question.text);
     if (!value)
         return unknown_value(question, output);
-    const auto manager = load_devices();
+    const auto manager = tool_load_devices();
     if (!manager->get_record(tool_position_of(*manager, *value)))
         return not_found(output,
                          "no record serves " + std::string(tool_kind_text(question.kind)) + ' ' +
@@ -225,7 +217,7 @@ int list(const std::optional<std::string>& by, const TOOL_OUTPUT& output) {
     if (!is_value && what != "record")
         throw tool_usage_error("device list",
                                "--by: " + tool_quoted(what) + " is none of record, family, device, part");
-    const auto manager = load_devices();
+    const auto manager = tool_load_devices();
     if (is_value)
         list_values(*manager, what == "family" ? KIND::FAMILY : what == "device" ? KIND::DEVICE : KIND::PART, output);
     else
@@ -239,7 +231,7 @@ int report(const std::string& mode_text, const TOOL_OUTPUT& output) {
     const auto mode = tool_number(mode_text, 4);
     if (!mode || *mode == 0)
         throw tool_usage_error("device report", tool_quoted(mode_text) + " is no mode from 1 to 4");
-    const auto manager = load_devices(*mode); // which prints
+    const auto manager = tool_load_devices(*mode); // which prints
     if (output.is_json())
         output.write_json({{"mode", *mode}, {"records", manager->get_record_count()}});
     return TOOL_EXIT_DONE;

@@ -92,10 +92,10 @@ bool write_beside(const std::string& target, std::string_view text, mode_t mode)
 void tool_write_file(const std::string& file, std::string_view text) {
     const std::string target = followed(file);
     struct stat status = {};
-    const bool exists = stat(target.c_str(), &status) == 0;
+    const bool exists = stat(file.c_str(), &status) == 0;
     bool is_written = false;
-    if (exists && !S_ISREG(status.st_mode))
-        is_written = write_directly(target, text);
+    if (exists && !S_ISREG(status.st_mode)) // a pipe behind /dev/stdout has no path of its own
+        is_written = write_directly(file, text);
     else if (!exists || access(target.c_str(), W_OK) == 0) // a rename would not ask a read-only file
         is_written = write_beside(target, text, exists ? status.st_mode & 07777 : default_mode());
     if (!is_written)

@@ -85,6 +85,7 @@ public:
     void expect(int argc, const char* const* argv);
 
     TOOL_GROUP add_group(const char* name, const char* help);
+    TOOL_VERB add_verb(const char* name, const char* help, TOOL_ACTION action); // `tovren VERB`
 
     // The action that the arguments ask for; none after help or the version was printed. Wrong usage is thrown.
     const TOOL_ACTION* parse(int argc, char** argv);

@@ -15,4 +15,7 @@ void tool_add_hps_group(TOOL_COMMAND_LINE& line);
 void tool_add_params_group(TOOL_COMMAND_LINE& line);
 void tool_add_sfdp_group(TOOL_COMMAND_LINE& line);
 
+// A verb without a group.
+void tool_add_report_verb(TOOL_COMMAND_LINE& line);
+
 #endif
