@@ -16,3 +16,15 @@ if(TOVREN_SANITIZE)
         -fsanitize=${TOVREN_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
     target_link_options(tovren_build INTERFACE -fsanitize=${TOVREN_SANITIZE})
 endif()
+
+# tovren_instrument(TARGET): lets libFuzzer see which code of TARGET an input reaches.
+function(tovren_instrument TARGET)
+    if(TOVREN_BUILD_FUZZ)
+        target_compile_options(${TARGET} PRIVATE -fsanitize=fuzzer-no-link)
+    endif()
+endfunction()
+
+# A compiler cache keeps nothing that was built with precompiled headers, so it gets none.
+if(CMAKE_CXX_COMPILER_LAUNCHER MATCHES "cache")
+    set(CMAKE_DISABLE_PRECOMPILE_HEADERS ON)
+endif()
