@@ -16,3 +16,10 @@ if(TOVREN_SANITIZE)
         -fsanitize=${TOVREN_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
     target_link_options(tovren_build INTERFACE -fsanitize=${TOVREN_SANITIZE})
 endif()
+
+# tovren_instrument(TARGET): lets libFuzzer see which code of TARGET an input reaches.
+function(tovren_instrument TARGET)
+    if(TOVREN_BUILD_FUZZ)
+        target_compile_options(${TARGET} PRIVATE -fsanitize=fuzzer-no-link)
+    endif()
+endfunction()

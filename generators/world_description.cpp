@@ -53,7 +53,7 @@ private:
     WORLD_DESCRIPTION m_series;
 };
 
-std::string quoted(const std::string& text) {
+std::string in_quotes(const std::string& text) {
     return "\"" + text + "\"";
 }
 
@@ -71,14 +71,14 @@ VALUE DESCRIPTION_READER::word(const WORLD_ROW& row, const std::string& text,
             return candidate.value;
         known += (known.empty() ? "" : ", ") + std::string(candidate.text);
     }
-    m_faults.add(row.place, quoted(text) + " is none of " + known);
+    m_faults.add(row.place, in_quotes(text) + " is none of " + known);
     return words.front().value;
 }
 
 bool DESCRIPTION_READER::flag(const WORLD_ROW& row, const std::string& name, const std::string& off,
                               const std::string& on) {
     const std::string text = world_attribute(row, name, off);
-    require(text == on || text == off, row.place, name + ": " + quoted(text) + " is neither " + on + " nor " + off);
+    require(text == on || text == off, row.place, name + ": " + in_quotes(text) + " is neither " + on + " nor " + off);
     return text == on;
 }
 
@@ -90,7 +90,7 @@ void DESCRIPTION_READER::add(const WORLD_ROW& row) {
     else if (row.word == "dies")
         add_dies(row);
     else
-        m_faults.add(row.place, quoted(row.word) + " is no word of the description");
+        m_faults.add(row.place, in_quotes(row.word) + " is no word of the description");
 }
 
 void DESCRIPTION_READER::add_series(const WORLD_ROW& row) {
@@ -104,13 +104,13 @@ void DESCRIPTION_READER::add_series(const WORLD_ROW& row) {
     const std::string reserved = world_attribute(row, "reserved", "0");
     series.family_file = file == "-" ? "" : file;
     require(series.letter.size() == 1 && is_world_capitals(series.letter), row.place,
-            quoted(series.letter) + " is no capital letter");
-    require(is_world_capitals(series.word), row.place, quoted(series.word) + " is no word in capitals");
-    require(is_world_name(file), row.place, "file: " + quoted(file) + " is no file name");
+            in_quotes(series.letter) + " is no capital letter");
+    require(is_world_capitals(series.word), row.place, in_quotes(series.word) + " is no word in capitals");
+    require(is_world_name(file), row.place, "file: " + in_quotes(file) + " is no file name");
     if (is_world_digits(reserved) && reserved.size() <= 4)
         series.reserved = static_cast<unsigned int>(std::stoi(reserved));
     else
-        m_faults.add(row.place, "reserved: " + quoted(reserved) + " is no number of places");
+        m_faults.add(row.place, "reserved: " + in_quotes(reserved) + " is no number of places");
     require(series.family_file.empty() || series.reserved == 0, row.place,
             "only a series without a family file reserves places");
     m_series.push_back(std::move(series));
@@ -134,7 +134,7 @@ void DESCRIPTION_READER::add_family(const WORLD_ROW& row) {
     if (!rest.empty() && std::string_view("LRST").find(rest.back()) != std::string_view::npos)
         rest.remove_suffix(1);
     require(is_world_digits(rest), row.place,
-            quoted(family.name) + " is not " + start + "GENERATION and at most one of the kinds L, R, S, T");
+            in_quotes(family.name) + " is not " + start + "GENERATION and at most one of the kinds L, R, S, T");
     family.own_record = !flag(row, "record", "own", "none");
     read_grades(row, family);
     m_series.back().families.push_back(std::move(family));
@@ -144,7 +144,7 @@ std::vector<WORLD_SUFFIX> DESCRIPTION_READER::grade_set(const WORLD_ROW& row, co
     const auto found = m_scheme.grade_sets.find(name);
     if (found != m_scheme.grade_sets.end())
         return found->second;
-    m_faults.add(row.place, "grades: no grade set " + quoted(name));
+    m_faults.add(row.place, "grades: no grade set " + in_quotes(name));
     return {};
 }
 
@@ -167,7 +167,7 @@ void DESCRIPTION_READER::read_packages(const WORLD_ROW& row, const std::string& 
             if (package)
                 dies.groups.back().push_back(*package);
             else
-                m_faults.add(row.place, quoted(code) + " is no package");
+                m_faults.add(row.place, in_quotes(code) + " is no package");
         }
     }
 }
@@ -176,7 +176,7 @@ void DESCRIPTION_READER::check_densities(const WORLD_DIES& dies) {
     require(!dies.densities.empty(), dies.place, "no density");
     for (const std::string& density : dies.densities)
         require(density.size() == 2 && is_world_digits(density), dies.place,
-                quoted(density) + " is no density of two digits");
+                in_quotes(density) + " is no density of two digits");
 }
 
 // X stands for any variant in the names of part files, so no variant is called X.
@@ -184,20 +184,20 @@ void DESCRIPTION_READER::check_variants(const WORLD_DIES& dies) {
     const std::string& variants = dies.variants;
     const bool rising = std::adjacent_find(variants.begin(), variants.end(), std::greater_equal<>()) == variants.end();
     require(is_world_capitals(variants) && rising && variants.find('X') == std::string::npos, dies.place,
-            quoted(variants) + " are no variants (rising letters without X)");
+            in_quotes(variants) + " are no variants (rising letters without X)");
 }
 
 void DESCRIPTION_READER::check_consistency(const WORLD_DIES& dies) {
     const WORLD_SERIES& series = m_series.back();
     require(dies.line.size() == 2 && is_world_capitals(dies.line) && dies.line.substr(0, 1) == series.letter,
-            dies.place, quoted(dies.line) + " is no line of the series " + series.letter);
+            dies.place, in_quotes(dies.line) + " is no line of the series " + series.letter);
     require((dies.files == WORLD_FILES::NONE) == series.family_file.empty(), dies.place,
             "part files go with a series that has a family file");
     const bool nameless = dies.files == WORLD_FILES::NONE || dies.status == WORLD_STATUS::ANNOUNCED;
     require(dies.groups.empty() == nameless, dies.place,
             "packages go with dies that have part files and are not only announced");
     require(!nameless || dies.numbered == WORLD_NUMBERED::NONE, dies.place, "ordering numbers without packages");
-    require(dies.pcf.empty() || is_world_name(dies.pcf), dies.place, "pcf: " + quoted(dies.pcf) + " is no name");
+    require(dies.pcf.empty() || is_world_name(dies.pcf), dies.place, "pcf: " + in_quotes(dies.pcf) + " is no name");
 }
 
 void DESCRIPTION_READER::add_dies(const WORLD_ROW& row) {
