@@ -273,4 +273,6 @@
 
   form.hidden = false;
   readHash();
+  if ("requestIdleCallback" in window) // the first search need not wait for it then
+    requestIdleCallback(() => names ?? readNames());
 })();
