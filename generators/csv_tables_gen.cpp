@@ -162,6 +162,8 @@ void TOVREN_DEV_INFO_MANAGER::print_database(unsigned int index, std::string lab
 
     // After the line, so that the offending record is seen.
     const auto id_count = std::count_if(keys.begin(), keys.end(), [](const std::string& key) { return !key.empty(); });
+    if (id_count != 1)
+        std::cout.flush(); // a host may end the process at once
     TOVREN_CHECK(id_count == 1);
 }
 )";

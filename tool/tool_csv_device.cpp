@@ -1,9 +1,11 @@
 // Faults of a device description: of its cells, and between its rows.
 #include "host_text.h"
 #include "tool_csv_table.h"
+#include "tool_device_record.h"
 #include "tool_text.h"
 #include "tovren_dev_info_manager.h"
 
+#include <algorithm>
 #include <map>
 
 namespace {
@@ -85,6 +87,24 @@ void check_generic(const std::vector<TOOL_CSV_ROW>& rows, std::vector<TOOL_CSV_F
     faults.push_back({.fault = "the GENERIC family has no record"});
 }
 
+// One list of names serves all ENUM columns: the number of a name of another enumeration means something else there.
+void check_enumerations(const std::vector<TOOL_CSV_ROW>& rows, std::vector<TOOL_CSV_FAULT>& faults) {
+    const auto& known = TOVREN_DEV_INFO_MANAGER::m_supported_enum_list;
+    for (size_t i = 0; i < layout().names.size(); ++i) {
+        const std::string prefix = tool_enum_prefix(layout().names[i]);
+        if (prefix.empty())
+            continue;
+        for (const TOOL_CSV_ROW& row : rows) {
+            const std::string& cell = row.cells[i];
+            const auto is_named = [&](const TOVREN_NAME_VALUE& entry) { return entry.name == cell; };
+            if (!cell.starts_with(prefix) && std::any_of(known.begin(), known.end(), is_named))
+                faults.push_back({row.line, static_cast<unsigned int>(i + 1), layout().names[i], cell,
+                                  tool_quoted(cell) + " is of another enumeration; names here begin with " + prefix,
+                                  SEVERITY::REMARK});
+        }
+    }
+}
+
 } // namespace
 
 std::vector<TOOL_CSV_FAULT> tool_device_row_faults(const std::vector<TOOL_CSV_ROW>& rows,
@@ -104,6 +124,7 @@ std::vector<TOOL_CSV_FAULT> tool_device_csv_faults(const std::string& file) {
                                              std::to_string(TOTAL_DATABASE_DEVICE)});
         for (TOOL_CSV_FAULT& fault : tool_device_row_faults(table.rows, TOOL_CSV_LINES))
             table.faults.push_back(std::move(fault));
+        check_enumerations(table.rows, table.faults);
     }
     return tool_sorted_faults(std::move(table.faults));
 }

@@ -16,6 +16,7 @@ namespace {
 constexpr unsigned int TYPE_ROW = 0;
 constexpr unsigned int NAME_ROW = 1;
 constexpr size_t LONGEST_TEXT = 255;
+constexpr size_t MOST_NAMED = 14;                // names that a fault lists
 constexpr size_t LARGEST_DESCRIPTION = 64 << 20; // bytes
 constexpr size_t MOST_FAULTS_SHOWN = 10;
 
@@ -124,9 +125,19 @@ private:
         for (const TOVREN_NAME_VALUE& entry : known)
             names.push_back(entry.name);
         const std::string guess = tool_did_you_mean(tool_nearest_names(cell, names));
+        const std::string advice = !guess.empty()              ? ". " + guess
+                                   : names.size() > MOST_NAMED ? ""
+                                                               : expected_one_of(names);
         add(i, cell,
             cell.empty() ? "the cell is empty; a name is expected"
-                         : tool_quoted(cell) + " is not a known name" + (guess.empty() ? "" : ". " + guess));
+                         : tool_quoted(cell) + " is not a known name" + advice);
+    }
+
+    static std::string expected_one_of(const std::vector<std::string>& names) {
+        std::string text = ", expected ";
+        for (size_t i = 0; i < names.size(); ++i)
+            text += (i == 0 ? "" : i + 1 == names.size() ? " or " : ", ") + (names[i].empty() ? "nothing" : names[i]);
+        return text;
     }
 
     void check_text(size_t i, const std::string& cell) {

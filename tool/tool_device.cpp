@@ -1,6 +1,7 @@
 // `tovren device`: the group's verbs.
 #include "tool_command_line.h"
 #include "tool_csv.h"
+#include "tool_database.h"
 #include "tool_device_catalogue.h"
 #include "tool_device_database.h"
 #include "tool_device_record.h"
@@ -123,6 +124,18 @@ int unknown_value(const ASKED& question, const TOOL_OUTPUT& output) {
                      {guess.empty() ? "`tovren device catalogue " + plural + "` lists the known ones." : guess});
 }
 
+// Whether a record serves the value. A position at which none stands is the file's fault, which only a fetch finds.
+bool is_served(const TOVREN_DEV_INFO_MANAGER& manager, TOOL_CATALOGUE_VALUE value) {
+    const unsigned int position = tool_position_of(manager, value);
+    if (position != INVALID_DWORD && (position >= TOTAL_DATABASE_DEVICE || !manager.get_record(position)))
+        throw tool_refusal("m_index < TOTAL_DATABASE_DEVICE",
+                           tool_advice_to_generate(TOOL_DEVICE_DATABASE,
+                                                   std::string("it is damaged: the ") + tool_kind_text(value.kind) +
+                                                       " table names record " + std::to_string(position) +
+                                                       ", there are " + std::to_string(manager.get_record_count())));
+    return position != INVALID_DWORD;
+}
+
 void write_record(const TOVREN_DEV_INFO_MANAGER& manager, TOOL_CATALOGUE_VALUE value, const TOOL_OUTPUT& output) {
     const unsigned int position = tool_position_of(manager, value);
     const TOVREN_DEVICE_INFO& record = *manager.get_record(position);
@@ -149,7 +162,7 @@ int show(const SHOW_OPTIONS& options, const TOOL_OUTPUT& output) {
     if (!value)
         return unknown_value(question, output);
     const auto manager = tool_load_devices();
-    if (!manager->get_record(tool_position_of(*manager, *value)))
+    if (!is_served(*manager, *value))
         return not_found(output,
                          "no record serves " + std::string(tool_kind_text(question.kind)) + ' ' +
                              tool_quoted(question.text),
@@ -181,12 +194,14 @@ void list_records(const TOVREN_DEV_INFO_MANAGER& manager, const TOOL_OUTPUT& out
 }
 
 void list_values(const TOVREN_DEV_INFO_MANAGER& manager, KIND kind, const TOOL_OUTPUT& output) {
+    for (unsigned int number = 0; number < tool_catalogue_bound(kind); ++number)
+        is_served(manager, {kind, number}); // ahead of the first line
     TOOL_JSON_LINES lines(output);
     TOOL_TABLE table({{"Number", true}, {"Name"}, {"Position", true}, {"Served by"}});
     for (unsigned int number = 0; number < tool_catalogue_bound(kind); ++number) {
         const unsigned int position = tool_position_of(manager, {kind, number});
-        const bool is_served = manager.get_record(position) != nullptr;
-        const char* const served_by = is_served ? tool_served_by(manager, {kind, number}) : "";
+        const bool has_record = is_served(manager, {kind, number});
+        const char* const served_by = has_record ? tool_served_by(manager, {kind, number}) : "";
         const std::string name = tool_user_name({kind, number});
         if (output.is_json()) {
             nlohmann::ordered_json object = {{"number", number},
@@ -195,14 +210,14 @@ void list_values(const TOVREN_DEV_INFO_MANAGER& manager, KIND kind, const TOOL_O
                                              {"served_by", nullptr}};
             if (!name.empty())
                 object["name"] = name;
-            if (is_served) {
+            if (has_record) {
                 object["position"] = position;
                 object["served_by"] = served_by;
             }
             lines.add(object);
         } else {
             table.add_row({std::to_string(number), name.empty() ? "(invalid)" : name,
-                           is_served ? std::to_string(position) : "-", served_by});
+                           has_record ? std::to_string(position) : "-", served_by});
         }
     }
     if (output.is_json())

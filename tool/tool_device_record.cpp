@@ -143,6 +143,13 @@ TOOL_RECORD_KEY tool_record_key(const TOVREN_DEVICE_INFO& record) {
     return {"part", dstr_get_user_string(record.part)};
 }
 
+std::string tool_enum_prefix(const std::string& member) {
+    for (const ENUM_COLUMN& column : ENUM_COLUMNS)
+        if (member == column.member)
+            return column.prefix;
+    return "";
+}
+
 // In an ENUM column the generator takes the names of other enumerations too.
 std::optional<std::string> tool_enum_cell(const std::string& member, unsigned int number) {
     const auto* names = member == "family"   ? &TOVREN_DEV_INFO_MANAGER::m_supported_family_list

@@ -132,6 +132,7 @@ void TOVREN_DEV_INFO_MANAGER::generate_device_database(FIO_PATH csv, FIO_PATH ou
     db_put_headers(TOVREN_DEVICE_DB_FORMAT, &buffer, index, payload_size, device_count, TOTAL_DEVICE_DATABASE_MEMBER);
     dump_rows(csv, &buffer, index, DB_HEADER_SIZE + pure_memory_size);
 
+    m_csv_memory_size = pure_memory_size;
     parse_database(buffer + DB_HEADER_SIZE, true);
     TOVREN_CHECK(m_device_database != NULL);
     parse_pgm_parts();

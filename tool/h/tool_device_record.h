@@ -39,6 +39,9 @@ struct TOOL_RECORD_KEY {
 };
 TOOL_RECORD_KEY tool_record_key(const TOVREN_DEVICE_INFO& record);
 
+// What the names of an ENUM column begin with; empty for another column.
+std::string tool_enum_prefix(const std::string& member);
+
 // The cell of a description that stands for the number of an enumeration: an empty one for no family, device or part.
 // None where no name has that number.
 std::optional<std::string> tool_enum_cell(const std::string& member, unsigned int number);
