@@ -1,9 +1,9 @@
 // Name services over the device catalogue: ordering part numbers and their hashes, the parts behind part files, devices
 // and short names, and the names of programming enumerations.
 //
-//     const unsigned int opn = TOVREN_MGR::get_opn_enum("qx20af256c6n"); // its place in the ordering list
-//     TOVREN_MGR::get_opn(opn);                                          // "QX20AF256C6N"
-//     TOVREN_MGR::get_possible_full_name("qx20af256");                   // the first part of that package
+//     const unsigned int opn = TOVREN_MGR::get_opn_enum("qx20af256c6"); // its place in the ordering list
+//     TOVREN_MGR::get_opn(opn);                                         // "QX20AF256C6"
+//     TOVREN_MGR::get_possible_full_name("qx20af256");                  // the first part of that package
 //
 // All arguments are copies. What a miss gives stands with each operation; only where it says so is a miss an internal
 // error, which ends in MSG_INTERNAL_ERROR::report and does not return.

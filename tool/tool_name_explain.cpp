@@ -88,7 +88,16 @@ std::string catalogue_part_of(const TOOL_NAME_ANSWERS& answers) {
     return name;
 }
 
-// From a part, a device or a part file to the rest. A family leads to itself alone.
+// Whether the name is a key of the map of device family files; the programmer has the same ones.
+bool is_family_file(const std::string& name) {
+    constexpr unsigned int DEV_FAMILY_PCF = 5;
+    bool is_found = false;
+    GRAMMAR::visit_map(DEV_FAMILY_PCF,
+                       [&](const std::string& key, const auto&) { is_found = is_found || key == name; });
+    return is_found;
+}
+
+// From a part, a device or a part file to the rest. A family and a family file lead to themselves alone.
 TOOL_NAME_ANSWERS::RESOLVED resolve(const TOOL_NAME_ANSWERS& answers) {
     TOOL_NAME_ANSWERS::RESOLVED resolved;
     resolved.catalogue_part = catalogue_part_of(answers);
@@ -106,6 +115,8 @@ TOOL_NAME_ANSWERS::RESOLVED resolve(const TOOL_NAME_ANSWERS& answers) {
         resolved.family = dstr_get_user_string(dstr_get_dev_family_enum_by_string(answers.standardised));
     if (!resolved.device.empty())
         GRAMMAR::get_dev_pcfs(std::string(resolved.device), resolved.dev_part_pcf, resolved.dev_family_pcf);
+    else if (is_family_file(answers.standardised))
+        resolved.dev_family_pcf = answers.standardised;
     return resolved;
 }
 
@@ -234,7 +245,7 @@ bool TOOL_NAME_ANSWERS::is_known() const {
         return false;
     return package_name != standardised || pgm_name != standardised || use_package_name || !pgm_part_pcf.empty() ||
            !dev_part_pcf.empty() || !family.empty() || !full_name.empty() || !resolved.device.empty() ||
-           dstr_get_dev_family_enum_by_string(standardised) != DEV_FAMILY_INVALID;
+           !resolved.dev_family_pcf.empty() || dstr_get_dev_family_enum_by_string(standardised) != DEV_FAMILY_INVALID;
 }
 
 std::vector<std::string> tool_part_names() {
