@@ -181,6 +181,7 @@ public:
     // The next field at or after `position`, in upper case; `position` moves to the "@" that closes it. False, with an
     // empty field, when no whole field follows.
     static bool get_string_from_ini(std::string definition, std::string& field, size_t& position);
+    static bool get_string_from_ini(std::string definition, std::string& field, QWORD& position);
 
     // "1" is true; only "1" and "0" are valid.
     static bool get_boolean_from_string(std::string field, bool& valid);
@@ -203,6 +204,7 @@ public:
 
     // Converts 33 fields into m_ext_flash_info. False at the first that does not fit; the record is half filled then.
     bool assign_ini(std::span<const std::string, TOTAL_DATABASE_MEMBER> fields);
+    bool assign_ini(const std::string* fields);
 
     // ---- a flash of the user's own: what the dialogue and a load go by; nothing here prints ----
 

@@ -111,7 +111,7 @@ TEST_F(DbDumpFlash, KeepsEveryMemberInItsColumn) {
 
 // Characters that a cell holds as they are, whatever they mean elsewhere.
 std::string random_text(RANDOM& source) {
-    static const std::string CHARACTERS("AZaz09_-./\"'#;\\\r\v\f\xEF\xBB\xBF\x80\x7F\x01\0=", 28);
+    static const std::string CHARACTERS = "AZaz09_-./\"'#;\\\r\v\f\xEF\xBB\xBF\x80\x7F\x01=" + std::string(1, '\0');
     std::string text = "x";
     const unsigned int lengths[] = {0, 1, 6, 40, 253};
     for (unsigned int left = lengths[drawn(source, 5)]; left > 0; --left)

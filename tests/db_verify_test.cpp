@@ -200,11 +200,18 @@ TEST_F(DbVerifyDevice, TakesARecordWithAPcfNameForTheChoiceOfThePartList) {
 }
 
 TEST_F(DbVerifyDevice, TellsAPartThatDoesNotFollowItsDevice) {
-    file.device_table[1] = PCF_B;
+    serve(1, PCF_B);
+    file.part_table[1] = 0;
     const auto faults = device_faults(file);
-    EXPECT_FALSE(faults.empty());
-    for (const std::string& fault : faults)
-        EXPECT_TRUE(fault.ends_with(" is served by record 0, family QUARN-1, expected record 76, pcf QX_B")) << fault;
+    ASSERT_EQ(1U, faults.size());
+    EXPECT_TRUE(faults[0].ends_with(" is served by record 0, family QUARN-1, expected record 76, pcf QX_B"))
+        << faults[0];
+}
+
+TEST_F(DbVerifyDevice, TellsADeviceThatNoneOfItsPartsFollows) {
+    file.device_table[1] = PCF_B;
+    EXPECT_EQ(FAULTS{"tables: device QA02A is served by record 76, pcf QX_B, expected record 0, family QUARN-1"},
+              device_faults(file));
 }
 
 TEST_F(DbVerifyDevice, TellsARecordBehindAnotherOfItsPcfName) {
@@ -220,9 +227,12 @@ TEST_F(DbVerifyDevice, TellsEveryEntryPastTheRecords) {
     file.family_table[2] = 79;
     file.part_table[5] = 1000;
     const auto faults = device_faults(file);
-    ASSERT_EQ(2U, faults.size());
+    ASSERT_EQ(4U, faults.size());
     EXPECT_TRUE(faults[0].ends_with("the family table: entry 2 names record 79, there are 79")) << faults[0];
     EXPECT_TRUE(faults[1].ends_with("the part table: entry 5 names record 1000, there are 79")) << faults[1];
+    EXPECT_EQ("tables: family QUARN-2 is served by record 79, which is not there, expected record 2, family QUARN-2",
+              faults[2]);
+    EXPECT_NE(std::string::npos, faults[3].find("is served by record 1000, which is not there, expected record "));
 }
 
 TEST_F(DbVerifyDevice, TellsTheWrongNumberOfRecords) {

@@ -54,6 +54,7 @@ std::vector<TOOL_FLASH_CAUSE> causes_of(const ANSWER& answer, bool by_silicon_id
 
 std::vector<std::string> kinds_of(const std::vector<TOOL_FLASH_CAUSE>& causes) {
     std::vector<std::string> kinds;
+    kinds.reserve(causes.size());
     for (const TOOL_FLASH_CAUSE& cause : causes)
         kinds.push_back(cause.kind);
     return kinds;
@@ -174,6 +175,9 @@ bool can_become(const std::string& kind, const ANSWER& truth, const ANSWER& seen
         return reversed(bits(truth)) == bits({seen[2], seen[1], seen[0]});
     if (kind == "inverted")
         return different_bits(truth, seen) == 24;
+    if (kind == "swapped_bytes")
+        return first_three(seen) == ANSWER{truth[1], truth[0], truth[2]} ||
+               first_three(seen) == ANSWER{truth[0], truth[2], truth[1]};
     if (kind == "swapped_digits")
         return is_other_digit_order(truth, seen);
     if (kind == "flipped_bit")
@@ -193,10 +197,10 @@ std::vector<std::string> modelled(const std::string& kind, const ANSWER& seen) {
 }
 
 void expect_as_modelled(const ANSWER& seen) {
-    constexpr const char* KINDS_WITH_FLASHES[] = {"command_echo", "continuation", "dummy_byte", "breaks_off",
-                                                  "extra_byte",   "lost_byte",    "bit_late",   "bit_early",
-                                                  "byte_order",   "bit_order",    "inverted",   "swapped_digits",
-                                                  "flipped_bit",  "other_byte"};
+    constexpr const char* KINDS_WITH_FLASHES[] = {"command_echo",   "continuation", "dummy_byte", "breaks_off",
+                                                  "extra_byte",     "lost_byte",    "bit_late",   "bit_early",
+                                                  "byte_order",     "bit_order",    "inverted",   "swapped_bytes",
+                                                  "swapped_digits", "flipped_bit",  "other_byte"};
     const auto causes = causes_of(seen);
     for (const std::string kind : KINDS_WITH_FLASHES) {
         auto found = meant_by(causes, kind);

@@ -2,6 +2,7 @@
 // file is a whole old or a whole new one, and no section that was stored is lost.
 #include "ini_fixture.h"
 
+#include <algorithm>
 #include <atomic>
 #include <csignal>
 #include <fcntl.h>
@@ -181,6 +182,42 @@ TEST_F(FlashIniFaults, LeaveAWholeSectionWhenTwoProcessesWriteTheSame) {
     const auto last = number_of(read(1));
     EXPECT_TRUE(last == 399U || last == 400U);
     EXPECT_EQ(STORED, read(0));
+}
+
+TEST_F(FlashIniFaults, LoseNothingWhenTwoProcessesChangeTheSameSection) {
+    ASSERT_TRUE(write(0, STORED));
+    constexpr size_t CHANGES = 500;
+    const auto append_all = [](unsigned char byte) {
+        return start([byte] {
+            bool all = true;
+            for (size_t i = 0; i < CHANGES; ++i)
+                all = TOVREN_FLASH_INI::change_flash_ini_data(TOVREN_FLASH_INI_HPS_SPI,
+                                                              [byte](std::vector<unsigned char>& bytes) {
+                                                                  bytes.push_back(byte);
+                                                              }) &&
+                      all;
+            return all ? 0 : 1;
+        });
+    };
+    const pid_t writers[] = {append_all(1), append_all(2)};
+    EXPECT_EQ(0, exit_code(writers[0]));
+    EXPECT_EQ(0, exit_code(writers[1]));
+    const BYTES changed = read(1).value_or(BYTES());
+    EXPECT_EQ(2 * CHANGES, changed.size());
+    EXPECT_EQ(CHANGES, static_cast<size_t>(std::count(changed.begin(), changed.end(), 1)));
+    EXPECT_EQ(STORED, read(0));
+}
+
+TEST_F(FlashIniFaults, LeaveTheFileAsItIsWhenAChangeThrows) {
+    ASSERT_TRUE(write(1, STORED));
+    const BYTES before = read_file(file);
+    const auto change = [](std::vector<unsigned char>& bytes) {
+        bytes.clear();
+        throw 1;
+    };
+    EXPECT_THROW(TOVREN_FLASH_INI::change_flash_ini_data(TOVREN_FLASH_INI_HPS_SPI, change), int);
+    EXPECT_EQ(before, read_file(file));
+    EXPECT_TRUE(write(1, STORED)); // the lock is free again
 }
 
 TEST_F(FlashIniFaults, WaitForAWriterThatHoldsTheLock) {

@@ -9,11 +9,13 @@
 #include "tool_hps_section.h"
 #include "tool_text.h"
 #include "tovren_device_grammar_mgr.h"
+#include "tovren_flash_manager.h"
 #include "tovren_hps_mgr.h"
 
 #include <algorithm>
 #include <set>
 #include <string_view>
+#include <vector>
 
 namespace {
 
@@ -171,26 +173,32 @@ VALUES hps_parameters(const PLACE& place) {
 // ---- settings ----
 
 struct SETTING {
-    const char* name;
+    std::string name;
     VALUES::KIND value;
     bool is_switch;
 };
 
-constexpr SETTING SETTINGS[] = {
-    {"TOVREN_ENABLE_GRAMMAR_DEBUG", VALUES::KIND::WORDS, true},
-    {"TOVREN_MAIL_OUTBOX", VALUES::KIND::FOLDERS, false},
-    {"TOVREN_MODULE_PATH", VALUES::KIND::FOLDERS, false},
-    {"TOVREN_USER_SPI_FLASHES", VALUES::KIND::WORDS, false},
-    {"TOVREN_USER_SPI_FLASHES_DEBUG", VALUES::KIND::WORDS, true},
-    {"TOVREN_VERSION_TEXT", VALUES::KIND::WORDS, false},
-};
+// The library makes the name of the setting of flash definitions as it runs; it is in no program.
+const std::vector<SETTING>& known_settings() {
+    static const std::string flashes = TOVREN_FLASH_MANAGER::get_ext_flash_setting_name();
+    static const std::vector<SETTING> known = {
+        {"TOVREN_ENABLE_GRAMMAR_DEBUG", VALUES::KIND::WORDS, true},
+        {"TOVREN_MAIL_OUTBOX", VALUES::KIND::FOLDERS, false},
+        {"TOVREN_MODULE_PATH", VALUES::KIND::FOLDERS, false},
+        {flashes, VALUES::KIND::WORDS, false},
+        {flashes + "_DEBUG", VALUES::KIND::WORDS, true},
+        {"TOVREN_VERSION_TEXT", VALUES::KIND::WORDS, false},
+    };
+    return known;
+}
 
 VALUES setting_value(const std::string& name) {
-    const auto* const known = std::find_if(std::begin(SETTINGS), std::end(SETTINGS),
-                                           [&name](const SETTING& setting) { return setting.name == name; });
-    if (known != std::end(SETTINGS) && known->value != VALUES::KIND::WORDS)
+    const std::vector<SETTING>& settings = known_settings();
+    const auto known = std::find_if(settings.begin(), settings.end(),
+                                    [&name](const SETTING& setting) { return setting.name == name; });
+    if (known != settings.end() && known->value != VALUES::KIND::WORDS)
         return {known->value, {}, name + '='};
-    if (name.starts_with("PGM_ALLOW_") || (known != std::end(SETTINGS) && known->is_switch))
+    if (name.starts_with("PGM_ALLOW_") || (known != settings.end() && known->is_switch))
         return {VALUES::KIND::WORDS, {{name + "=on", ""}, {name + "=off", ""}}, ""};
     return {};
 }
@@ -199,8 +207,8 @@ VALUES settings(const PLACE& place) {
     if (const size_t sign = place.typed.find('='); sign != std::string::npos)
         return setting_value(place.typed.substr(0, sign));
     CANDIDATES names;
-    for (const SETTING& setting : SETTINGS)
-        names.push_back({std::string(setting.name) + '=', setting.is_switch ? "switch" : "text"});
+    for (const SETTING& setting : known_settings())
+        names.push_back({setting.name + '=', setting.is_switch ? "switch" : "text"});
     std::set<std::string> keys;
     for (const TOVREN_SFL_FLASH_INFO& record : tool_all_flashes())
         if (!tool_equal_ignoring_case(record.ini, "NONE") && keys.insert(record.ini).second)

@@ -61,7 +61,9 @@ private:
         for (const TOOL_DB_FAULT& fault : m_file.faults)
             if (!std::strcmp(fault.area, "file"))
                 add("envelope", VERDICT::FAULT,
-                    fault.offset == 0 ? fault.reason : "offset " + std::to_string(fault.offset) + ": " + fault.reason);
+                    m_file.magic.empty() ? tool_printable(tool_database_path(m_database)) + ": " + fault.reason
+                    : fault.offset == 0  ? fault.reason
+                                         : "offset " + std::to_string(fault.offset) + ": " + fault.reason);
         if (m_file.kind.empty())
             return;
         if (!is_expected_kind())

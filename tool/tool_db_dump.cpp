@@ -28,7 +28,7 @@ TOOL_ERROR refusal(const std::string& name, const std::vector<TOOL_DB_CSV_FAULT>
         }
         lines.push_back("record " + std::to_string(fault.record) + ": " + fault.member + ": " + fault.fault);
     }
-    lines.push_back("next: `tovren db inspect` shows the records all the same");
+    lines.emplace_back("next: `tovren db inspect` shows the records all the same");
     return {TOOL_EXIT_REFUSED, name + ": it holds what a CSV description cannot; nothing is written", std::move(lines)};
 }
 

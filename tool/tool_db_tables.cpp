@@ -30,6 +30,7 @@ public:
 
     // A wrong entry is told once: what follows from it is judged by the entry that is expected.
     std::vector<std::string> faults() {
+        count_servers();
         std::vector<unsigned int> families;
         for (unsigned int family = 0; family < table(0).size(); ++family) {
             families.push_back(own(m_families, family, family == 0 ? INVALID_DWORD : GENERIC_POSITION));
@@ -64,12 +65,34 @@ private:
         return place == records.end() ? otherwise : place->second;
     }
 
-    unsigned int expected_of_device(unsigned int device, const std::vector<unsigned int>& families) const {
+    unsigned int expected_of_device(unsigned int device, const std::vector<unsigned int>& families) {
         const bool may_be_of_part_list = !m_devices.contains(device) && device != DEV_DEVICE_INVALID;
-        if (may_be_of_part_list && is_of_part_list(table(1)[device]))
-            return table(1)[device];
+        if (may_be_of_part_list)
+            if (const unsigned int server = most_frequent_server(device); is_of_part_list(server))
+                return server;
         const unsigned int family = DEV_PART_MANAGER().get_family_of(DEV_DEVICE_ENUM(device));
         return own(m_devices, device, device == DEV_DEVICE_INVALID ? INVALID_DWORD : families[family]);
+    }
+
+    // The part list is not in the file: what it names for a device shows in the device's entry and in those of its
+    // parts, which follow it. One of them may be wrong, so the most count, and the device's own where that is open.
+    void count_servers() {
+        for (unsigned int part = 0; part < table(2).size(); ++part)
+            if (!m_parts.contains(part))
+                ++m_servers[DEV_PART_MANAGER().get_device_of(DEV_PART_ENUM(part))][table(2)[part]];
+    }
+
+    unsigned int most_frequent_server(unsigned int device) {
+        auto& counts = m_servers[device];
+        unsigned int server = table(1)[device];
+        size_t most = ++counts[server];
+        for (const auto& [position, count] : counts) {
+            if (count > most) {
+                server = position;
+                most = count;
+            }
+        }
+        return server;
     }
 
     // The first record with its PCF name.
@@ -81,15 +104,17 @@ private:
     }
 
     std::string server_text(unsigned int position) const {
-        if (position >= m_file.records.size())
+        if (position == INVALID_DWORD)
             return "no record";
+        if (position >= m_file.records.size())
+            return "record " + std::to_string(position) + ", which is not there";
         const TOOL_RECORD_KEY key = tool_record_key(tool_db_device(m_file.records[position]));
         return "record " + std::to_string(position) + ", " + key.kind + ' ' + tool_printable(key.name);
     }
 
     void expect(TOOL_CATALOGUE_VALUE value, size_t of, unsigned int expected) {
         const unsigned int found = table(of)[value.number];
-        if (found == expected || (found != INVALID_DWORD && found >= m_file.records.size()))
+        if (found == expected)
             return;
         const std::string name = tool_user_name(value);
         m_faults.push_back(std::string(tool_kind_text(value.kind)) + ' ' +
@@ -102,6 +127,7 @@ private:
     FIRST m_devices;
     FIRST m_parts;
     std::map<std::string, unsigned int> m_pcfs;
+    std::map<unsigned int, std::map<unsigned int, size_t>> m_servers; // by device, how many entries name a record
     std::vector<std::string> m_faults;
 };
 

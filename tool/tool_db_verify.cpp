@@ -11,6 +11,7 @@
 #include "host_fio.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <nlohmann/json.hpp>
 
 namespace {
@@ -26,6 +27,15 @@ nlohmann::ordered_json as_json(const TOOL_DB_FINDING& finding) {
             {"check", finding.check},
             {"verdict", verdict_text(finding.verdict)},
             {"text", finding.text}};
+}
+
+// The root, where `folder` is the one in it that holds the databases, or a database; else empty.
+std::string folder_above(const std::string& folder) {
+    std::error_code ignored;
+    std::filesystem::path path = std::filesystem::absolute(folder, ignored).lexically_normal();
+    while (path != path.parent_path() && (!path.has_filename() || path.extension() == ".pcf"))
+        path = path.parent_path();
+    return path.filename() == "programmer" ? path.parent_path().string() : "";
 }
 
 int verify(const std::optional<std::string>& root, const TOOL_OUTPUT& output) {
@@ -54,6 +64,8 @@ int verify(const std::optional<std::string>& root, const TOOL_OUTPUT& output) {
         table.write(output);
         output.write(tool_printable(folder) + ": " + tool_count_text(faults, "fault") + '\n');
     }
+    if (const std::string root_above = folder_above(folder); faults != 0 && !root_above.empty())
+        tool_note("next: the root is the folder above `programmer`: tovren db verify " + tool_printable(root_above));
     return faults == 0 ? TOOL_EXIT_DONE : TOOL_EXIT_REFUSED;
 }
 

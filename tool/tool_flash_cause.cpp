@@ -218,6 +218,16 @@ std::vector<READING> with_swapped_digits(const BYTES& answer) {
     return readings;
 }
 
+std::vector<READING> with_swapped_bytes(const BYTES& answer) {
+    std::vector<READING> readings;
+    for (size_t i = 0; i + 1 < ID_SIZE; ++i) {
+        BYTES bytes = answer;
+        std::swap(bytes[i], bytes[i + 1]);
+        readings.push_back(whole(bytes));
+    }
+    return readings;
+}
+
 // ---- causes that need no flash ----
 
 bool add_stuck_line(CAUSES& causes) {
@@ -328,6 +338,7 @@ void add_orders(CAUSES& causes) {
     causes.add("bit_order", "the bits of each byte stand in reverse order",
                {whole(each_byte(causes.answer(), mirrored))}, NEED::ALL);
     causes.add("inverted", "every bit is inverted", {whole(each_byte(causes.answer(), std::bit_not<>()))}, NEED::ALL);
+    causes.add("swapped_bytes", "two neighbouring bytes are swapped", with_swapped_bytes(causes.answer()), NEED::ALL);
     causes.add("swapped_digits", "two neighbouring digits are swapped", with_swapped_digits(causes.answer()),
                NEED::ALL);
 }

@@ -2,6 +2,7 @@
 // answer may match none.
 #include "tool_flash_identify.h"
 
+#include "tool_database.h"
 #include "tool_error.h"
 #include "tool_flash_cause.h"
 #include "tool_flash_database.h"
@@ -90,8 +91,11 @@ EXPLANATION explain(const TOOL_IDENTIFY_OPTIONS& options, const TOVREN_FLASH_MAN
     tables.csv = tool_find_flash_csv(options.csv);
     tables.records = tool_all_flashes();
     tables.listed = tool_listed_flashes(manager, tables.records);
+    constexpr char SHARED_IDS[] = "flash_shared_ids.csv"; // beside the description, else beside the database
     if (tables.csv)
-        tables.extended_ids = tool_read_extended_ids(tool_beside(tables.csv->file, "flash_shared_ids.csv"));
+        tables.extended_ids = tool_read_extended_ids(tool_beside(tables.csv->file, SHARED_IDS));
+    if (tables.extended_ids.empty())
+        tables.extended_ids = tool_read_extended_ids(tool_beside(tool_database_path(TOOL_FLASH_DATABASE), SHARED_IDS));
     for (const DEVICE& device : chain)
         why.devices.push_back(tool_flash_why(device.id.bytes, options.is_silicon_id, tables));
     if (options.sfdp) {

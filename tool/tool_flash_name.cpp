@@ -38,6 +38,11 @@ const TOOL_LISTED_FLASH& record_of(const std::string& name, const LISTED& listed
     return *found;
 }
 
+std::string place_of(const TOOL_LISTED_FLASH& record) {
+    return record.index == INVALID_DWORD ? " (hidden: --set " + tool_printable(record.shown_by) + "=on)"
+                                         : " [" + std::to_string(record.index) + ']';
+}
+
 DETAILS spelled_otherwise(const std::string& name, const LISTED& listed) {
     DETAILS names;
     for (const TOOL_LISTED_FLASH& entry : listed)
@@ -46,13 +51,33 @@ DETAILS spelled_otherwise(const std::string& name, const LISTED& listed) {
     for (const TOOL_SPELLING& spelling : tool_spellings(name, names)) {
         const TOOL_LISTED_FLASH& record = record_of(spelling.meant, listed);
         const std::string meant = tool_printable(spelling.meant);
-        const bool is_hidden = record.index == INVALID_DWORD;
-        details.push_back("It means " + meant +
-                          (is_hidden ? " (hidden: --set " + tool_printable(record.shown_by) + "=on)"
-                                     : " [" + std::to_string(record.index) + ']') +
-                          ": " + spelling.mistake(name) + '.');
+        details.push_back((spelling.is_open ? "It may mean " : "It means ") + meant + place_of(record) + ": " +
+                          spelling.mistake(name) + '.');
     }
     return details;
+}
+
+// What stands behind the maker's name; empty where no maker's stands in front.
+std::string behind_maker(const std::string& name, const std::string& maker) {
+    if (name.size() <= maker.size() || !tool_equal_ignoring_case(name.substr(0, maker.size()), maker))
+        return "";
+    const size_t rest = name.find_first_not_of(" \t-_:/", maker.size());
+    return rest == std::string::npos ? "" : name.substr(rest);
+}
+
+DETAILS with_maker(const std::string& name, const LISTED& listed) {
+    for (const TOOL_LISTED_FLASH& entry : listed) {
+        const std::string rest = behind_maker(name, entry.flash->manufacturer_name);
+        if (rest.empty())
+            continue;
+        for (const TOOL_LISTED_FLASH& known : listed)
+            if (tool_equal_ignoring_case(known.flash->device_name, rest))
+                return {"It means " + tool_printable(known.flash->device_name) + place_of(record_of(rest, listed)) +
+                        ": the maker in front is no part of the name."};
+        if (DETAILS details = spelled_otherwise(rest, listed); !details.empty())
+            return details;
+    }
+    return {};
 }
 
 bool is_index(const std::string& name, const TOVREN_FLASH_MANAGER& manager) {
@@ -74,6 +99,8 @@ std::vector<std::string> tool_unknown_flash_details(const std::string& name, con
     if (DETAILS details = without_default(name, listed); !details.empty())
         return details;
     if (DETAILS details = spelled_otherwise(name, listed); !details.empty())
+        return details;
+    if (DETAILS details = with_maker(name, listed); !details.empty())
         return details;
     if (is_index(name, manager))
         return {"A record is shown by its index with --index " + name + '.'};

@@ -103,10 +103,10 @@ unsigned long long density_of(const RUN& run) {
 
 void fill(RUN& run) {
     run.database = load_database();
-    run.siblings =
-        tool_flash_siblings(run.database.records, {run.id.bytes, value_of(run.given, "device_name"),
-                                                   value_of(run.given, "manufacturer_name"), density_of(run)});
-    const TOOL_SFDP_SOURCES sources{run.table, run.id.bytes, run.given, run.siblings};
+    const unsigned long long bits = density_of(run);
+    run.siblings = tool_flash_siblings(run.database.records, {run.id.bytes, value_of(run.given, "device_name"),
+                                                              value_of(run.given, "manufacturer_name"), bits});
+    const TOOL_SFDP_SOURCES sources{run.table, run.id.bytes, run.given, run.siblings, bits};
     run.members = tool_fill_definition(sources);
     run.contradictions = tool_sfdp_contradictions(sources, run.members, run.database.records);
     if (run.database.manager)

@@ -26,6 +26,7 @@ struct WAIVER {
     unsigned int line = 0;
     std::array<std::string, COLUMNS> cells;
     bool is_used = false;
+    unsigned int line_ahead = 0; // of a waiver that took what this one would
 };
 
 TOOL_CSV_FAULT fault_at(const WAIVER& waiver, COLUMN column, const std::string& fault,
@@ -100,7 +101,7 @@ private:
         if (cells.size() != COLUMNS)
             return add_line_fault(tool_count_text(cells.size(), "cell") +
                                   ", expected 4: device_name,identification,rule,reason");
-        WAIVER waiver{m_line, {}};
+        WAIVER waiver{m_line, {}, false, 0};
         std::copy(cells.begin(), cells.end(), waiver.cells.begin());
         const size_t known = m_faults.size();
         check(waiver);
@@ -160,6 +161,10 @@ std::string unknown_name(const WAIVER& waiver, const std::vector<TOOL_CSV_ROW>& 
 
 TOOL_CSV_FAULT unused(const WAIVER& waiver, const std::vector<TOOL_CSV_ROW>& rows) {
     const std::string name = tool_quoted(waiver.cells[DEVICE_NAME]);
+    if (waiver.line_ahead != 0)
+        return fault_at(waiver, RULE,
+                        "unused: line " + std::to_string(waiver.line_ahead) + " waives it already; take one line out",
+                        SEVERITY::REMARK);
     if (std::any_of(rows.begin(), rows.end(), [&](const TOOL_CSV_ROW& row) { return is_named(waiver, row); }))
         return fault_at(waiver, RULE, "unused: " + name + " keeps to " + waiver.cells[RULE] + "; take the line out",
                         SEVERITY::REMARK);
@@ -175,15 +180,20 @@ TOOL_CSV_FAULT unused(const WAIVER& waiver, const std::vector<TOOL_CSV_ROW>& row
                     SEVERITY::REMARK);
 }
 
-// Marks the waiver that covers the finding.
+// Marks the first waiver that covers the finding, and those that would too.
 bool is_waived(const TOOL_PHYSICS_FINDING& finding, std::vector<WAIVER>& waivers) {
-    const auto place = std::find_if(waivers.begin(), waivers.end(), [&](const WAIVER& waiver) {
-        return waiver.cells[RULE] == finding.fault.rule && is_named(waiver, *finding.row);
-    });
-    if (place == waivers.end())
-        return false;
-    place->is_used = true;
-    return true;
+    unsigned int line = 0; // of the first that covers it
+    for (WAIVER& waiver : waivers) {
+        if (waiver.cells[RULE] != finding.fault.rule || !is_named(waiver, *finding.row))
+            continue;
+        if (line != 0) {
+            waiver.line_ahead = line;
+            continue;
+        }
+        waiver.is_used = true;
+        line = waiver.line;
+    }
+    return line != 0;
 }
 
 } // namespace

@@ -76,6 +76,10 @@ void write_records(const TOOL_FLASH_WHY& why, const TOOL_WHY_TABLES& tables, con
         table.add_row(std::move(cells));
     }
     table.write(output);
+    if (tables.csv && std::all_of(why.records.begin(), why.records.end(),
+                                  [](const TOOL_WHY_RECORD& record) { return record.csv_line == 0; }))
+        output.write("None of them stands in " + tool_printable(tables.csv->file) +
+                     ": the database was made from another description.\n");
 }
 
 void write_hidden(const TOOL_FLASH_WHY& why, const TOOL_OUTPUT& output) {

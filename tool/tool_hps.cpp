@@ -124,15 +124,14 @@ int add_flash(const TOOL_HPS_KIND& kind, const std::vector<std::string>& pairs, 
     std::optional<TOOL_HPS_RECORD> record = tool_hps_record_of(kind.params, pairs, faults);
     if (!record)
         refuse_values(kind, faults, output);
-    const TOOL_BYTES former = tool_read_section_to_change(kind.section);
-    require_own_layout(kind, tool_hps_section(kind, former));
-
-    TOOL_BYTES bytes(kind.md5.begin(), kind.md5.end());
+    tool_read_section_to_change(kind.section); // says why where the file cannot be read
     const TOOL_BYTES added = record->bytes(kind.params);
-    bytes.insert(bytes.end(), added.begin(), added.end());
-    if (!former.empty())
-        bytes.insert(bytes.end(), former.begin() + static_cast<std::ptrdiff_t>(kind.md5.size()), former.end());
-    tool_write_section(kind.section, std::move(bytes));
+    tool_change_section(kind.section, [&](TOOL_BYTES& bytes) {
+        require_own_layout(kind, tool_hps_section(kind, bytes));
+        if (bytes.empty())
+            bytes.assign(kind.md5.begin(), kind.md5.end());
+        bytes.insert(bytes.begin() + static_cast<std::ptrdiff_t>(kind.md5.size()), added.begin(), added.end());
+    });
     write_change(kind, "added", 0, *record, output);
     return TOOL_EXIT_DONE;
 }
@@ -174,20 +173,20 @@ size_t index_of_name(const TOOL_HPS_KIND& kind, const TOOL_HPS_SECTION& section,
 }
 
 int remove_flash(const TOOL_HPS_KIND& kind, const std::string& which, const TOOL_OUTPUT& output) {
-    TOOL_BYTES bytes = tool_read_section(kind.section);
-    const TOOL_HPS_SECTION section = tool_hps_section(kind, bytes);
-    require_own_layout(kind, section);
+    tool_read_section(kind.section); // says why where the file cannot be read
     const auto number = tool_number(which, INVALID_DWORD);
-    const size_t index =
-        number ? index_of_number(kind, section, *number, output) : index_of_name(kind, section, which, output);
-    const TOOL_HPS_RECORD& record = section.records[index];
-
-    bytes.erase(bytes.begin() + static_cast<std::ptrdiff_t>(section.offsets[index]),
-                bytes.begin() + static_cast<std::ptrdiff_t>(section.offsets[index + 1]));
-    if (bytes.size() == kind.md5.size())
-        bytes.clear();
-    tool_write_section(kind.section, std::move(bytes));
-    write_change(kind, "removed", index, record, output);
+    TOOL_HPS_SECTION section;
+    size_t index = 0;
+    tool_change_section(kind.section, [&](TOOL_BYTES& bytes) {
+        section = tool_hps_section(kind, bytes);
+        require_own_layout(kind, section);
+        index = number ? index_of_number(kind, section, *number, output) : index_of_name(kind, section, which, output);
+        bytes.erase(bytes.begin() + static_cast<std::ptrdiff_t>(section.offsets[index]),
+                    bytes.begin() + static_cast<std::ptrdiff_t>(section.offsets[index + 1]));
+        if (bytes.size() == kind.md5.size())
+            bytes.clear();
+    });
+    write_change(kind, "removed", index, section.records[index], output);
     return TOOL_EXIT_DONE;
 }
 

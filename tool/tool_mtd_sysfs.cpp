@@ -72,9 +72,9 @@ std::optional<std::string> SYSFS_READER::content(const fs::path& file) {
     }
     std::ifstream input(file, std::ios::in | std::ios::binary);
     try {
-        return tool_read_all(input, "it", LARGEST_FILE);
+        return tool_read_all(input, tool_printable(file.string()), LARGEST_FILE);
     } catch (const TOOL_ERROR& refusal) {
-        fault(file, refusal.what());
+        m_result.faults.emplace_back(refusal.what());
         return std::nullopt;
     }
 }
@@ -100,6 +100,11 @@ std::optional<std::uint64_t> SYSFS_READER::number(const fs::path& file) {
 }
 
 std::vector<unsigned char> SYSFS_READER::id(const fs::path& file) {
+    std::error_code missing;
+    if (!fs::exists(fs::symlink_status(file, missing))) {
+        fault(file, "there is no such file");
+        return {};
+    }
     const std::string text = line(file);
     std::vector<unsigned char> bytes;
     for (size_t at = 0; at + 1 < text.size(); at += 2) {

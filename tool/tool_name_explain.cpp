@@ -174,7 +174,8 @@ void complain_about(const TOOL_NAME_ANSWERS& answers) {
     tool_complain("there is no name " + tool_quoted(answers.standardised));
     const auto spellings = tool_known_spellings(answers.standardised);
     for (const TOOL_SPELLING& spelling : spellings)
-        tool_note("  It means " + tool_printable(spelling.meant) + ": " + spelling.mistake(answers.standardised) + '.');
+        tool_note((spelling.is_open ? "  It may mean " : "  It means ") + tool_printable(spelling.meant) + ": " +
+                  spelling.mistake(answers.standardised) + '.');
     const std::string guess = tool_did_you_mean(GRAMMAR::get_near_names(answers.standardised));
     if (spellings.empty() && !guess.empty())
         tool_note("  " + guess);

@@ -47,6 +47,14 @@ std::string behind(const std::string& name, size_t count) {
     return name.substr(place);
 }
 
+// A separator stands behind the first `count` characters that are none.
+bool is_separated(const std::string& name, size_t count) {
+    size_t place = 0;
+    for (; count > 0; ++place)
+        count -= is_separator(name[place]) ? 0 : 1;
+    return place < name.size() && is_separator(name[place]);
+}
+
 // What stands behind the stem may be a suffix: it is long enough, and does not go on a number.
 bool is_suffix_behind(size_t stem_size, const std::string& wanted) {
     return stem_size >= SHORTEST_STEM && wanted.size() >= stem_size + SHORTEST_SUFFIX &&
@@ -60,7 +68,7 @@ std::vector<TOOL_SPELLING> select(const std::vector<std::string>& names, KIND ki
     std::set<std::string> known;
     for (const std::string& name : names)
         if (fits(fold(name)) && known.insert(name).second)
-            spellings.push_back({kind, name, ""});
+            spellings.push_back({kind, name, "", false});
     return spellings;
 }
 
@@ -74,8 +82,14 @@ std::vector<TOOL_SPELLING> with_suffix(const std::string& name, const std::vecto
         return {};
     const std::string stem = wanted.substr(0, longest);
     auto spellings = select(names, KIND::SUFFIX, folded, [&stem](const std::string& known) { return known == stem; });
-    for (TOOL_SPELLING& spelling : spellings)
+    const bool is_open = std::any_of(names.begin(), names.end(), [&stem](const std::string& known) {
+        const std::string text = folded(known);
+        return text.size() > stem.size() && text.starts_with(stem) && !is_digit(text[stem.size()]);
+    });
+    for (TOOL_SPELLING& spelling : spellings) {
         spelling.suffix = behind(name, longest);
+        spelling.is_open = is_open && !is_separated(name, longest);
+    }
     return spellings;
 }
 
@@ -102,7 +116,9 @@ std::vector<std::string> separators_between(const std::string& left, const std::
 
 std::string TOOL_SPELLING::mistake(const std::string& name) const {
     if (kind == KIND::SUFFIX)
-        return tool_quoted(suffix) + " behind it is no part of the name here (package, grade, packing)";
+        return tool_quoted(suffix) +
+               (is_open ? " behind it may be package, grade and packing, or make it another one, which is not known"
+                        : " behind it is no part of the name here (package, grade, packing)");
     if (kind == KIND::LOOK_ALIKES)
         return "a letter O or I and a digit 0 or 1 are taken for each other";
     return "it differs only by " + tool_join(separators_between(name, meant), " and ");

@@ -8,10 +8,10 @@
 
 #include <cerrno>
 #include <cstring>
-#include <limits>
 #include <memory>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 
 namespace {
 
@@ -76,15 +76,16 @@ TOOL_BYTES tool_read_section_to_change(TOVREN_FLASH_INI_ENUM section) {
 }
 
 void tool_write_section(TOVREN_FLASH_INI_ENUM section, TOOL_BYTES bytes) {
-    if (bytes.size() > std::numeric_limits<unsigned int>::max())
-        throw TOOL_ERROR(TOOL_EXIT_REFUSED, "a section has room for 4 GiB");
-    const bool is_damaged = TOVREN_FLASH_INI::get_flash_ini_file_state() == TOVREN_FLASH_INI_FILE_DAMAGED;
-    unsigned char* const data = bytes.empty() ? nullptr : bytes.data();
-    if (!TOVREN_FLASH_INI::write_flash_ini_data(section, data, static_cast<unsigned int>(bytes.size())))
+    tool_change_section(section, [&bytes](TOOL_BYTES& former) { former = std::move(bytes); });
+}
+
+void tool_change_section(TOVREN_FLASH_INI_ENUM section, const std::function<void(TOOL_BYTES& bytes)>& change) {
+    const TOVREN_FLASH_INI_FILE_ENUM state = TOVREN_FLASH_INI::get_flash_ini_file_state();
+    if (!TOVREN_FLASH_INI::change_flash_ini_data(section, change))
         throw TOOL_ERROR(TOOL_EXIT_REFUSED, shown_path() + ": " + writing_fault(),
                          {"What stood there is as it was.",
                           "next: set TOVREN_MODULE_PATH to a folder that may be written"});
-    if (is_damaged)
+    if (state == TOVREN_FLASH_INI_FILE_DAMAGED)
         tool_note("warning: " + shown_path() + ": it did not verify; what stood there is kept as " + shown_path() +
                   ".damaged");
 }

@@ -35,6 +35,7 @@ private:
     std::vector<std::string> densities_of_identification(bool& agrees) const;
 
     void check_identification();
+    void check_given_identification();
     void check_density();
     void check_addressing();
     void check_geometry();
@@ -62,6 +63,23 @@ void CHECKER::check_identification() {
         warn("continuation",
              "the identification begins with the continuation code 7F: its maker stands in a later byte, "
              "and a definition compares the first three only");
+}
+
+// A given byte counts, and the chip does not answer a definition that holds another than it sends.
+void CHECKER::check_given_identification() {
+    constexpr const char* MEMBER_LIST[][2] = {{"mfc_id", "mfc_id_index"},
+                                              {"memory_type", "memory_type_index"},
+                                              {"memory_id", "memory_id_index"}};
+    for (const auto& [member, index] : MEMBER_LIST) {
+        const auto value = number(member);
+        const auto place = number(index);
+        if (!is_given(member) || !value || !place || *place >= ID_BYTES || *value == m_id[*place])
+            continue;
+        const auto byte = static_cast<unsigned char>(*value);
+        warn("given_id", std::string(member) + " is given as " + tool_hex_text(&byte, 1) + ", and byte " +
+                             std::to_string(*place) + " of " + id_text() + " is " + tool_hex_text(&m_id[*place], 1) +
+                             ": the definition does not match the identification");
+    }
 }
 
 bool CHECKER::is_answered_by(const TOVREN_SFL_FLASH_INFO& record) const {
@@ -232,6 +250,7 @@ void CHECKER::check_series() {
 
 std::vector<TOOL_SFDP_CONTRADICTION> CHECKER::check() {
     check_identification();
+    check_given_identification();
     check_density();
     check_addressing();
     check_geometry();

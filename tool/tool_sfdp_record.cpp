@@ -46,6 +46,7 @@ std::string erase_sizes_text(const SFDP_TABLE& table) {
     std::sort(sizes.begin(), sizes.end());
     sizes.erase(std::unique(sizes.begin(), sizes.end()), sizes.end());
     std::vector<std::string> texts;
+    texts.reserve(sizes.size());
     for (const std::uint32_t size : sizes)
         texts.push_back(tool_bytes_text(size));
     return tool_join(texts, ", ");

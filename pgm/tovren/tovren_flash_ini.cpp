@@ -270,8 +270,9 @@ bool keep_damaged(const std::string& path) {
     return input.eof() && writer.commit();
 }
 
-// Under the lock: read, change, write.
-bool replace_section(const std::string& path, unsigned int section, std::span<const unsigned char> bytes) {
+// Under the lock: read, change, write. `change` puts the new contents of its section.
+template <typename CHANGE>
+bool replace_section(const std::string& path, unsigned int section, CHANGE&& change) {
     std::array<SECTION, TOVREN_FLASH_INI_MAX> former;
     CONTENTS contents;
     FILE_STATE state = TOVREN_FLASH_INI_FILE_MISSING;
@@ -281,10 +282,19 @@ bool replace_section(const std::string& path, unsigned int section, std::span<co
             return false;
         contents[i] = {former[i].data.get(), former[i].size};
     }
-    contents[section] = bytes;
+    change(contents[section]);
     if (state == TOVREN_FLASH_INI_FILE_DAMAGED && !keep_damaged(path))
         return false;
     return write_image(path, contents);
+}
+
+template <typename CHANGE>
+bool replace_locked(unsigned int section, CHANGE&& change) {
+    const std::string path = tovren_follow_links(file_path());
+    if (path.empty())
+        return false;
+    const WRITE_LOCK lock(path + ".lock");
+    return lock.is_held() && replace_section(path, section, change);
 }
 
 // ---- values ----
@@ -453,11 +463,19 @@ bool TOVREN_FLASH_INI::write_flash_ini_data(TOVREN_FLASH_INI_ENUM section, unsig
     else
         TOVREN_CHECK(data == NULL);
 
-    const std::string path = tovren_follow_links(file_path());
-    if (path.empty())
+    return replace_locked(section, [&](std::span<const unsigned char>& contents) { contents = {data, size}; });
+}
+
+bool TOVREN_FLASH_INI::change_flash_ini_data(TOVREN_FLASH_INI_ENUM section,
+                                             const std::function<void(std::vector<unsigned char>& bytes)>& change) {
+    if (section >= TOVREN_FLASH_INI_MAX)
         return false;
-    const WRITE_LOCK lock(path + ".lock");
-    return lock.is_held() && replace_section(path, section, {data, size});
+    std::vector<unsigned char> bytes;
+    return replace_locked(section, [&](std::span<const unsigned char>& contents) {
+        bytes.assign(contents.begin(), contents.end());
+        change(bytes);
+        contents = bytes;
+    });
 }
 
 bool TOVREN_FLASH_INI::assign_flash_ini_data(const unsigned char* data, unsigned int& index, unsigned int size,

@@ -33,17 +33,19 @@ QWORD fold_case(const char* text) {
     return bytes | 0x2020202020202020U;
 }
 
-// Equal for names that differ in letter case only. Eight characters a step; the last steps may overlap.
+// Equal for names that differ in letter case only, up to their first zero byte. Eight characters a step; the last steps
+// may overlap.
 DWORD hash_ignoring_case(const std::string& name) {
     constexpr QWORD SPREAD = 0x9E3779B97F4A7C15U;
-    const char* text = name.data();
-    const char* const end = text + name.size();
-    QWORD hash = name.size();
-    if (name.size() >= 8) {
+    const char* text = name.c_str();
+    const size_t length = std::strlen(text);
+    const char* const end = text + length;
+    QWORD hash = length;
+    if (length >= 8) {
         for (; end - text > 8; text += 8)
             hash = (hash ^ fold_case<8>(text)) * SPREAD;
         hash = (hash ^ fold_case<8>(end - 8)) * SPREAD;
-    } else if (name.size() >= 4) {
+    } else if (length >= 4) {
         hash = (hash ^ fold_case<4>(text) ^ fold_case<4>(end - 4) << 32) * SPREAD;
     } else {
         for (; text != end; ++text)

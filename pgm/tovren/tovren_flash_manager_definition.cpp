@@ -235,6 +235,13 @@ bool TOVREN_FLASH_MANAGER::get_string_from_ini(std::string definition, std::stri
     return read_ini_field(definition, field, position);
 }
 
+bool TOVREN_FLASH_MANAGER::get_string_from_ini(std::string definition, std::string& field, QWORD& position) {
+    size_t place = position;
+    const bool is_found = read_ini_field(definition, field, place);
+    position = place;
+    return is_found;
+}
+
 bool TOVREN_FLASH_MANAGER::read_ini_field(const std::string& definition, std::string& field, size_t& position) {
     field.clear();
     const size_t opening = definition.find('@', position);

@@ -11,6 +11,7 @@
 #include "tovren_db_stream.h"
 #include "tovren_flash_manager.h"
 
+#include <array>
 #include <filesystem>
 #include <limits>
 #include <string_view>
@@ -63,6 +64,32 @@ bool is_regular_file(const FIO_PATH& file) {
     return std::filesystem::is_regular_file(file.fullpath(), error);
 }
 
+// Bit 0 for a decimal digit, bit 1 for a hexadecimal one.
+constexpr std::array<unsigned char, 256> DIGIT_KINDS = [] {
+    std::array<unsigned char, 256> kinds = {};
+    for (const char c : std::string_view("0123456789"))
+        kinds[static_cast<unsigned char>(c)] = 3;
+    for (const char c : std::string_view("abcdefABCDEF"))
+        kinds[static_cast<unsigned char>(c)] = 2;
+    return kinds;
+}();
+
+inline bool are_all(std::string_view digits, unsigned int kind) {
+    unsigned int common = kind;
+    for (const char c : digits)
+        common &= DIGIT_KINDS[static_cast<unsigned char>(c)];
+    return common != 0;
+}
+
+// Whether a host cannot but take the number: 32 bits, plainly written. It is asked without a status and would report
+// any other at once, ahead of what is wrong with the shape of later rows.
+inline bool is_plain_number(std::string_view cell) {
+    constexpr std::string_view LARGEST = "4294967295";
+    if (cell.size() > 2 && cell.size() <= 10 && cell[0] == '0' && (cell[1] | 0x20) == 'x')
+        return are_all(cell.substr(2), 2);
+    return (cell.size() < LARGEST.size() || (cell.size() == LARGEST.size() && cell <= LARGEST)) && are_all(cell, 1);
+}
+
 // Encodes rows into a file image that grows. It reports nothing: at the first fault it gives up.
 class ROW_ENCODER {
 public:
@@ -107,10 +134,11 @@ private:
             db_put_bool(buffer, m_index, value);
             return value || cell == std::string_view("FALSE");
         }
-        bool ok = false;
-        const unsigned int value = PGM_COMMON::convert_string_to_dword(cell, true, &ok, nullptr, true);
+        if (!is_plain_number(cell))
+            return false;
+        const unsigned int value = PGM_COMMON::convert_string_to_dword(cell, true, nullptr, nullptr, true);
         db_put_value(buffer, m_index, value, db_value_size(type));
-        return ok;
+        return true;
     }
 
     const std::vector<TOVREN_MANAGER_TYPE>& m_types;

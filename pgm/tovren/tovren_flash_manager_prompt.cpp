@@ -423,6 +423,10 @@ bool TOVREN_FLASH_MANAGER::assign_ini(std::span<const std::string, TOTAL_DATABAS
     return convert_fields(fields, m_ext_flash_info) == TOTAL_DATABASE_MEMBER;
 }
 
+bool TOVREN_FLASH_MANAGER::assign_ini(const std::string* fields) {
+    return assign_ini(std::span<const std::string, TOTAL_DATABASE_MEMBER>(fields, TOTAL_DATABASE_MEMBER));
+}
+
 TOVREN_FLASH_INI_CHECK TOVREN_FLASH_MANAGER::check_ini_entry(const TOVREN_FLASH_INI_ENTRY& entry) {
     TOVREN_FLASH_INI_CHECK check;
     std::string field;

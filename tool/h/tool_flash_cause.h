@@ -45,7 +45,7 @@ struct TOOL_FLASH_CAUSE {
 //     breaks_off        from byte 1 or 2 on the line is stuck
 //     extra_byte, lost_byte    shifted by a byte
 //     bit_late, bit_early      shifted by a bit
-//     byte_order, bit_order, inverted, swapped_digits
+//     byte_order, bit_order, inverted, swapped_bytes, swapped_digits
 //     unknown_flash     the maker is known, the flash is not
 //     flipped_bit, other_byte  one bit, or one byte, is another
 std::vector<TOOL_FLASH_CAUSE> tool_flash_causes(std::span<const BYTE> answer, bool by_silicon_id,

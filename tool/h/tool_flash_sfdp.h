@@ -16,6 +16,7 @@ struct TOOL_SFDP_OPTIONS {
     std::vector<std::string> members; // NAME=VALUE
 };
 
+// NOLINTNEXTLINE(bugprone-exception-escape): a JSON value moves by a function that may throw and says it does not
 struct TOOL_SFDP_OUTCOME {
     std::string definition; // empty where there is a refusal
     std::optional<TOOL_ERROR> refusal;

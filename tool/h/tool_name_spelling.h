@@ -16,6 +16,7 @@ struct TOOL_SPELLING {
     KIND kind;
     std::string meant;  // as the table spells it
     std::string suffix; // of SUFFIX: what stands behind the name, as it was typed
+    bool is_open;       // of SUFFIX: other names go on from this one, so the suffix may be that of an unknown name
 
     // What `name` does otherwise: "it differs only by blanks and \"-\"".
     std::string mistake(const std::string& name) const;

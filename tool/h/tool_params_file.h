@@ -4,6 +4,7 @@
 
 #include "tovren_flash_ini.h"
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -24,5 +25,9 @@ TOOL_BYTES tool_read_section_to_change(TOVREN_FLASH_INI_ENUM section);
 // Replaces the section; without bytes it is removed. A file that cannot be written is refused. Says on standard error
 // where a damaged file went.
 void tool_write_section(TOVREN_FLASH_INI_ENUM section, TOOL_BYTES bytes);
+
+// The same for who makes the new bytes of the former ones, which no other writer changes in between. A damaged file
+// counts as an empty one. `change` may throw: the file stays as it is.
+void tool_change_section(TOVREN_FLASH_INI_ENUM section, const std::function<void(TOOL_BYTES& bytes)>& change);
 
 #endif

@@ -50,7 +50,7 @@ struct TOOL_SFDP_SOURCES {
     std::span<const unsigned char> id;               // three bytes at least
     const std::map<std::string, std::string>& given; // by member, as typed
     const TOOL_FLASH_SIBLINGS& siblings;
-    unsigned long long bits = 0; // density: as given, else of the table
+    unsigned long long bits; // density: as given, else of the table
 };
 
 // 33 members in record order.

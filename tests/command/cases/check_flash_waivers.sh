@@ -35,6 +35,10 @@ WAIVERS
 python3 "$SUPPORT/flash_csv.py" device_name=QXOK > good.csv
 tovren check flash --waivers unused.csv good.csv
 echo "$?"
+# ... and so is one that comes behind another for the same.
+printf '%s\n' device_name,identification,rule,reason QX1,20BA19,capacity-byte,one qx1,,capacity-byte,all > twice.csv
+printf 'qx1,20BA17,capacity-byte,none is left for it\n' >> twice.csv
+tovren check flash --waivers twice.csv flash.csv | tail -2
 # ... broken ones are faults, and waive nothing.
 cat > broken.csv <<'WAIVERS'
 device_name,identification,rule,reason

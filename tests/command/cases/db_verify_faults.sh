@@ -51,3 +51,5 @@ echo "--- cut"
 flash_with cut=300
 device_with file-cut=60
 attempt
+echo "--- the folder in the root"
+tovren db verify db/programmer 2>&1 | sed "s|$PWD|PWD|"

@@ -30,3 +30,4 @@ attempt() { # IMAGE ID [MEMBER]...: what it says but for the table of members
 attempt W25Q64JV EF4017 device_name=MX25L6433F manufacturer_name=WINBOMD
 attempt W25Q64JV EF4017 device_name=W25Q64JV bulk_erase_time=20 sec_erase_time=30 program_utime=1000 device_sector_byte=256 flag_status=y die_count=2
 attempt W25Q64JV EF4017 device_name=W25Q64JV die_count=2
+attempt W25Q64JV EF4017 device_name=W25Q64JV mfc_id=C2 memory_type=FF memory_type_index=-1

@@ -11,3 +11,7 @@ python3 "$SUPPORT/sfdp.py" image 'W25Q64JWM' > w25.bin
 tovren flash define --sfdp w25.bin --id EF8017 2>&1 > text | sed -n '1,3p;18,28p;34p'
 wc -l < text
 tovren flash define --sfdp w25.bin --id EF8018 --member device_bit_size=128 --member device_name=W25M128 2>&1 | tail -20
+# A chip erase of a smaller chip says nothing of a larger one.
+python3 "$SUPPORT/sfdp.py" image 'W25Q256' > w256.bin
+tovren flash define --sfdp w256.bin --id EF4021 --member device_name=W25Q01JV --member extended_mode=y \
+    --member device_bit_size=1024 2>&1 | grep -E '^ *(bulk_erase_time|die_count)|^tovren'

@@ -17,6 +17,13 @@ attempt 'QX25L256GM2I-08G'
 attempt 'qx25l256 z2i'
 attempt 'QX25L2567'
 attempt 'QX25L256G1'
+echo "that may make it another one:"
+attempt 'QX25L256HM2I'
+echo "the maker in front:"
+attempt 'acme QX25L256'
+attempt 'ACME:QX25L256GM2I-08G'
+attempt 'ACME QX-99M'
+attempt 'ACME'
 echo "hidden:"
 attempt 'QX-99M'
 echo "no names:"
