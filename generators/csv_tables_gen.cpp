@@ -7,10 +7,10 @@
 // (the names of the ENUM columns); CATALOGUE_DIR the lists of families and PCF names that the catalogue's generator
 // wrote. The output is OUTPUT_DIR/{h,pgm/tovren}/tovren_dev_info_manager_auto_export.{h,cpp}. Same input, same output.
 #include "csv_description.h"
+#include "generated_file.h"
 
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
 #include <iostream>
 #include <map>
 #include <sstream>
@@ -226,15 +226,6 @@ std::string source_text(const INPUT& input) {
     return out.str();
 }
 
-void write_file(const std::filesystem::path& path, const std::string& text) {
-    std::filesystem::create_directories(path.parent_path());
-    std::ofstream out(path, std::ios::binary);
-    out << text;
-    out.close();
-    if (!out)
-        throw std::runtime_error(path.string() + ": cannot be written");
-}
-
 INPUT read_input(const std::string& data, const std::string& catalogue) {
     INPUT input;
     input.flash = read_csv_description(data + "/flash.csv");
@@ -257,8 +248,8 @@ int main(int argc, char** argv) {
         const INPUT input = read_input(argv[1], argv[2]);
         const std::filesystem::path output = argv[3];
         const std::string name = "tovren_dev_info_manager_auto_export";
-        write_file(output / "h" / (name + ".h"), header_text(input));
-        write_file(output / "pgm/tovren" / (name + ".cpp"), source_text(input));
+        write_generated_file(output / "h" / (name + ".h"), header_text(input));
+        write_generated_file(output / "pgm/tovren" / (name + ".cpp"), source_text(input));
     } catch (const std::exception& error) {
         std::cerr << "tovren_csv_tables_gen: " << error.what() << '\n';
         return 1;

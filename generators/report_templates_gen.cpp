@@ -6,6 +6,8 @@
 // TEMPLATE_DIR holds page.html, style.css, script.js and fragments.html. A fragment begins behind a line
 // "<!-- NAME: what it is -->" and ends at the next such line; the indentation of its lines and its last line break are
 // dropped. The output is OUTPUT_DIR/tool_report_templates.{h,cpp}. Same input, same output.
+#include "generated_file.h"
+
 #include <algorithm>
 #include <array>
 #include <filesystem>
@@ -34,15 +36,6 @@ std::string read_file(const std::filesystem::path& path) {
     if (!in)
         throw std::runtime_error(path.string() + ": cannot be read");
     return text.str();
-}
-
-void write_file(const std::filesystem::path& path, const std::string& text) {
-    std::filesystem::create_directories(path.parent_path());
-    std::ofstream out(path, std::ios::binary);
-    out << text;
-    out.close();
-    if (!out)
-        throw std::runtime_error(path.string() + ": cannot be written");
 }
 
 std::string without_indentation(const std::string& line) {
@@ -117,8 +110,8 @@ int main(int argc, char** argv) {
     try {
         const std::vector<CONSTANT> constants = read_templates(argv[1]);
         const std::filesystem::path output = argv[2];
-        write_file(output / "tool_report_templates.h", header_text(constants));
-        write_file(output / "tool_report_templates.cpp", source_text(constants));
+        write_generated_file(output / "tool_report_templates.h", header_text(constants));
+        write_generated_file(output / "tool_report_templates.cpp", source_text(constants));
     } catch (const std::exception& error) {
         std::cerr << "tovren_report_templates_gen: " << error.what() << '\n';
         return 1;

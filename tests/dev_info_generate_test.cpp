@@ -74,6 +74,10 @@ TEST_F(DevInfoGenerate, EncodesEveryRecordInTheCsvsOrder) {
     EXPECT_EQ(hex_text(expected_records()), hex_text(generated_records(csv.text())));
 }
 
+TEST_F(DevInfoGenerate, KnowsTheSizeOfTheRecordPartAsALoadedManagerDoes) {
+    EXPECT_EQ(expected_records().size(), generate(csv.text())->m_csv_memory_size);
+}
+
 TEST_F(DevInfoGenerate, AnnouncesTheExactSizeOfTheRecords) {
     // 12 for the counts, 4 for END2, and for each record 276 without its texts: 33 numbers of 5 bytes, 37 flags and 10
     // bytes of 2, a word of 3, 5 texts of 2, END1.

@@ -299,6 +299,12 @@ TEST_F(FlashManager, AllowsNoSecondDefault) {
                   IN_FLASH_MANAGER);
 }
 
+TEST_F(FlashManager, ComparesNamesUpToTheirFirstZeroForTheirDefault) {
+    const std::string zero(1, '\0');
+    EXPECT_REPORT(load(FLASH_FILE({make_flash("QX1" + zero + "a"), make_flash("qx1" + zero + "bcdef")})),
+                  "!one_default", IN_FLASH_MANAGER);
+}
+
 TEST_F(FlashManager, ComparesNamesInAnyCaseForTheirDefault) {
     EXPECT_EQ("QX1 qx1", names(*load(FLASH_FILE({make_flash("QX1"), no_default("qx1")}))));
     EXPECT_REPORT(load(FLASH_FILE({make_flash("QX1"), make_flash("qx1")})), "!one_default", IN_FLASH_MANAGER);

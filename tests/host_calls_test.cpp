@@ -144,6 +144,17 @@ TEST_F(HostCalls, ConvertANumberWithoutStatusWhenWriting) {
     EXPECT_EQ("06 78 56 34 12", hex_text(bytes));
 }
 
+TEST_F(HostCalls, ConvertEveryNumberOfADescriptionWithoutStatus) {
+    const std::string csv = folder.path("flash.csv");
+    write_text(csv, FLASH_CSV({make_flash("QX1"), make_flash("QX2")}).text());
+    TOVREN_FLASH_MANAGER manager(true, 1, true, false);
+    manager.generate_flash_database(csv, database);
+    const CALLS calls = calls_of("convert_string_to_dword");
+    EXPECT_FALSE(calls.empty());
+    for (const std::string& call : calls)
+        EXPECT_TRUE(call.ends_with(", true, none, none, true)")) << call;
+}
+
 TEST_F(HostCalls, ConvertANumberWithTheCallersFlag) {
     TOVREN_FLASH_MANAGER manager(true, 1, true, false);
     bool ok = false;

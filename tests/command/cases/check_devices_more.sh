@@ -8,6 +8,7 @@ check
 check 1:family= 1:pcf=SPARE
 check 1:family=QUARN-2 2:family=GENERIC
 check 5:family=QUARN-1
+check 5:cmp_fbgen_start_block=PROG_MODE_JTAG
 check 77:device= 77:pcf=SPARE 78:device=GENERIC
 : > empty.csv
 tovren check devices empty.csv
