@@ -73,15 +73,15 @@ public:
     // replaced in one step, and one writer waits for another. False when that cannot be done, for lack of a right or of
     // room: then the file is as it was. Also false for a section that there is not.
     //
+    // Beside the file stand pgm_flash.ini.lock, by which writers wait for each other, and pgm_flash.ini.damaged where a
+    // file did not verify when it was to be changed: that is a copy of the last such file.
+    static bool write_flash_ini_data(TOVREN_FLASH_INI_ENUM section, unsigned char* data, unsigned int size);
+
     // The same for who makes the new section of the former one: `change` gets the section's bytes, none where there is
     // none, and leaves what is to stand there, none to remove it. No other writer comes in between. `change` must not
     // write the file itself; where it leaves by an exception, the file stays as it is.
     static bool change_flash_ini_data(TOVREN_FLASH_INI_ENUM section,
                                       const std::function<void(std::vector<unsigned char>& bytes)>& change);
-
-    // Beside the file stand pgm_flash.ini.lock, by which writers wait for each other, and pgm_flash.ini.damaged where a
-    // file did not verify when it was to be changed: that is a copy of the last such file.
-    static bool write_flash_ini_data(TOVREN_FLASH_INI_ENUM section, unsigned char* data, unsigned int size);
 
     // ---- values of a section ----
 

@@ -179,7 +179,7 @@ public:
     static bool cmp_ini_password(std::string definition, std::string tag);
 
     // The next field at or after `position`, in upper case; `position` moves to the "@" that closes it. False, with an
-    // empty field, when no whole field follows.
+    // empty field, when no whole field follows. The position may be of either type of 64 bits.
     static bool get_string_from_ini(std::string definition, std::string& field, size_t& position);
     static bool get_string_from_ini(std::string definition, std::string& field, QWORD& position);
 
@@ -203,6 +203,7 @@ public:
     bool prompt_flash_info(std::string& definition);
 
     // Converts 33 fields into m_ext_flash_info. False at the first that does not fit; the record is half filled then.
+    // Behind the pointer lie TOTAL_DATABASE_MEMBER texts.
     bool assign_ini(std::span<const std::string, TOTAL_DATABASE_MEMBER> fields);
     bool assign_ini(const std::string* fields);
 

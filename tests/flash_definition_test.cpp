@@ -339,6 +339,14 @@ TEST_F(FlashDefinition, ReadsAFieldInUpperCaseAndStopsAtItsEnd) {
     EXPECT_EQ(4U, position);
 }
 
+TEST_F(FlashDefinition, ReadsAFieldAtAPositionOfTheOther64BitType) {
+    std::string field;
+    QWORD position = 2;
+    EXPECT_TRUE(M::get_string_from_ini("a @bc@ @d@", field, position));
+    EXPECT_EQ("BC", field);
+    EXPECT_EQ(5U, position);
+}
+
 TEST_F(FlashDefinition, ReadsFieldAfterField) {
     EXPECT_EQ("A BC D 7", fields_of("@A@BC@D@", 0));
     EXPECT_EQ("  2", fields_of("@@@", 0)); // two empty ones

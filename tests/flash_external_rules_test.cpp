@@ -72,6 +72,13 @@ TEST_F(FlashFields, TakeDwordsOfAnyValueCutTo32Bits) {
     }
 }
 
+TEST_F(FlashFields, MayStandInAPlainArray) {
+    const auto fields = DEFINITION().with(2, "QX77").fields;
+    manager.m_ext_flash_info = TOVREN_SFL_FLASH_INFO();
+    EXPECT_TRUE(manager.assign_ini(fields.data()));
+    EXPECT_EQ("QX77", manager.m_ext_flash_info.device_name);
+}
+
 TEST_F(FlashFields, AreConvertedUpToTheFirstThatDoesNotFit) {
     manager.m_ext_flash_info = TOVREN_SFL_FLASH_INFO();
     EXPECT_FALSE(manager.assign_ini(DEFINITION().with(5, "256").fields));

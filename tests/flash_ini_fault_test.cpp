@@ -208,6 +208,14 @@ TEST_F(FlashIniFaults, LoseNothingWhenTwoProcessesChangeTheSameSection) {
     EXPECT_EQ(STORED, read(0));
 }
 
+TEST_F(FlashIniFaults, ChangeNoSectionThatThereIsNot) {
+    bool is_asked = false;
+    EXPECT_FALSE(
+        TOVREN_FLASH_INI::change_flash_ini_data(TOVREN_FLASH_INI_MAX,
+                                                [&is_asked](std::vector<unsigned char>&) { is_asked = true; }));
+    EXPECT_FALSE(is_asked);
+}
+
 TEST_F(FlashIniFaults, LeaveTheFileAsItIsWhenAChangeThrows) {
     ASSERT_TRUE(write(1, STORED));
     const BYTES before = read_file(file);
